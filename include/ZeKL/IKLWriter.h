@@ -1,0 +1,27 @@
+// Writes ECU models as diagnostic description documents.
+#pragma once
+
+#include <ZeKL/IEcu.h>
+#include <ZeKL/IWriterConfig.h>
+
+#include <string>
+
+namespace Korvel {
+
+// Encoding names: "utf-8", "Windows-1252", "iso-8859-1"; an empty name writes no
+// declaration. Lines end with "\n".
+class ZEKL_API IKLWriter {
+public:
+    virtual ~IKLWriter();
+    // Bytes written into the emptied buffer, or 0 on failure (null encoding).
+    virtual uint32_t WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const char* encoding) = 0;
+    // Length of the document that replaced `text`, or 0 on failure.
+    virtual uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding) = 0;
+    // Bytes written, or 0 on failure. The document goes to a temporary file beside the
+    // target that replaces the target only when complete: a failed write leaves any
+    // existing file as it was.
+    virtual uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) = 0;
+    virtual IWriterConfig& GetConfig() = 0;
+};
+
+}  // namespace Korvel

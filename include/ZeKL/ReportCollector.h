@@ -1,0 +1,48 @@
+// A ready-made reporting sink that keeps every handled message with its level, so that a
+// caller can learn why a document was refused (an addition to the original design).
+#pragma once
+
+#include <ZeKL/IReporting.h>
+
+namespace Korvel {
+
+// One handled message of a read.
+struct ReadMessage {
+    int32_t level;     // 1 FATAL, 2 ERROR, 3 WARN, 4 INFO, 5 DEBUG
+    std::string text;  // the message as reported
+};
+
+// Level name for a report level ("FATAL" ... "DEBUG"); empty for any other number.
+ZEKL_API const char* ReportLevelName(int32_t level);
+
+// Filters by report level, keeps warnings and errors in their lists like the reader's own
+// sink, and in addition records every handled message in arrival order. Output writes the
+// line "LEVEL: message" to the debug output as the reader's own sink does.
+class ZEKL_API ReportCollector : public IReporting {
+public:
+    explicit ReportCollector(int32_t reportLevel = ReportLevelError);
+    ~ReportCollector() override;
+    void Debug(const std::string& message) override;
+    void Info(const std::string& message) override;
+    void Warn(const std::string& message) override;
+    void Error(const std::string& message) override;
+    void Fatal(const std::string& message) override;
+    void Report(int32_t level, const std::string& message) override;
+    void SetReportLevel(int32_t level) override;
+    int32_t GetReportLevel() const override;
+    uint32_t GetWarningCount() const override;
+    uint32_t GetErrorCount() const override;
+    const std::vector<std::string>& GetWarnings() const override;
+    const std::vector<std::string>& GetErrors() const override;
+    void Output(const std::string& levelName, const std::string& message) override;
+    // Every handled message, in arrival order.
+    const std::vector<ReadMessage>& GetMessages() const;
+
+private:
+    std::vector<std::string> warnings_;
+    std::vector<std::string> errors_;
+    std::vector<ReadMessage> messages_;
+    int32_t reportLevel_;
+};
+
+}  // namespace Korvel
