@@ -1,6 +1,7 @@
 // Umbrella header: everything a caller of ZeKL needs.
 #pragma once
 
+#include <ZeKL/DebugOutput.h>
 #include <ZeKL/Exports.h>
 #include <ZeKL/IConstModelItemTraverser.h>
 #include <ZeKL/IConstModelItemVisitor.h>
