@@ -1,0 +1,75 @@
+#include <ZeKL/ZeKL.h>
+
+#include <cstdio>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "Console.h"
+#include "Document.h"
+
+namespace zekl {
+
+namespace {
+
+const char* const kCheckHelp =
+    "Usage: zekl check FILE [--level 1..5]\n"
+    "\n"
+    "Reads the description document FILE and prints every message of the read as\n"
+    "'LEVEL: text', one per line, in the order the reader reported them.\n"
+    "\n"
+    "Options:\n"
+    "  --level N  most detailed level to print: 1 FATAL, 2 ERROR, 3 WARN (default),\n"
+    "             4 INFO, 5 DEBUG; the level names are accepted too\n"
+    "\n"
+    "Exit status: 0 when the read gave no ERROR or FATAL message, 1 otherwise (also when\n"
+    "the file cannot be read or the document is refused), 2 for a usage error. Errors\n"
+    "decide the status also when --level 1 hides them.\n";
+
+int32_t ParseLevel(const std::string& text) {
+    for (int32_t level = Korvel::ReportLevelFatal; level <= Korvel::ReportLevelDebug; ++level) {
+        if (text == std::to_string(level) || text == Korvel::ReportLevelName(level)) {
+            return level;
+        }
+    }
+    throw UsageError("check", "invalid level '" + text + "' (use 1 to 5)");
+}
+
+}  // namespace
+
+int RunCheck(const Words& args) {
+    Arguments arguments("check", {{"level", 'l', true}}, args);
+    if (arguments.HelpRequested()) {
+        std::fputs(kCheckHelp, stdout);
+        return ExitSuccess;
+    }
+    const int32_t level = ParseLevel(arguments.Value("level", "3"));
+    arguments.RequirePositionals({"FILE"});
+    const std::string path = arguments.Positionals()[0];
+
+    // Errors are always collected, so that they decide the exit status at every level.
+    Korvel::ReportCollector collector(level < Korvel::ReportLevelError ? Korvel::ReportLevelError : level);
+    std::string reason;
+    std::unique_ptr<Korvel::IEcu> ecu = ReadDocument(path, collector, reason);
+    std::string text;
+    for (const auto& message : collector.GetMessages()) {
+        if (message.level <= level) {
+            text += Korvel::ReportLevelName(message.level);
+            text += ": ";
+            text += message.text;
+            text += '\n';
+        }
+    }
+    WriteAll(stdout, text);
+    if (!ecu) {
+        PrintError("cannot read " + Quoted(path) + ": " + reason);
+        return ExitDocumentProblem;
+    }
+    if (collector.GetErrorCount() != 0) {
+        PrintError(Quoted(path) + " has " + std::to_string(collector.GetErrorCount()) +
+                   " ERROR/FATAL message(s): " + FirstError(collector));
+        return ExitDocumentProblem;
+    }
+    return ExitSuccess;
+}
+
+}  // namespace zekl

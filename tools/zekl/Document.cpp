@@ -1,0 +1,103 @@
+#include "Document.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace zekl {
+
+namespace {
+
+std::string LowerCase(std::string text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+    }
+    return text;
+}
+
+// Opening the file ourselves first gives the system's own reason ("No such file or
+// directory"), which says more to a user than the XML library's message would.
+bool CanOpen(const std::string& path, std::string& reason) {
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) {
+        reason = std::strerror(errno);
+        return false;
+    }
+    std::fclose(file);
+    return true;
+}
+
+uint32_t CountOf(const Korvel::IMessage* message) {
+    return message != nullptr ? message->GetCount() : 0;
+}
+
+}  // namespace
+
+std::unique_ptr<Korvel::IEcu> ReadDocument(const std::string& path, Korvel::ReportCollector& collector,
+                                           std::string& reason) {
+    if (!CanOpen(path, reason)) {
+        return nullptr;
+    }
+    // Any XML file would read as an empty ECU (unknown elements are skipped), so a file
+    // that the library does not recognise as a description is refused up front.
+    if (!Korvel::GetKLReader().IsKorvelFile(path.c_str())) {
+        reason = "not a diagnostic description document (no <ECU element in its first 5 lines)";
+        return nullptr;
+    }
+    std::unique_ptr<Korvel::IEcu> ecu = Korvel::GetKLReader().ReadFile(path.c_str(), "", collector);
+    if (!ecu) {
+        reason = FirstError(collector);
+        if (reason.empty()) {
+            reason = "the document was refused";
+        }
+    }
+    return ecu;
+}
+
+std::string DeclaredEncoding(const std::string& path) {
+    std::string version;
+    std::string encoding;
+    Korvel::GetKLReader().IsKorvelFile(path.c_str(), version, encoding);
+    return encoding;
+}
+
+std::string WriterEncodingName(const std::string& name) {
+    const std::string lower = LowerCase(name);
+    if (lower == "utf-8" || lower == "utf8") {
+        return "utf-8";
+    }
+    if (lower == "windows-1252" || lower == "cp1252") {
+        return "Windows-1252";
+    }
+    if (lower == "iso-8859-1" || lower == "latin1") {
+        return "iso-8859-1";
+    }
+    return std::string();
+}
+
+uint32_t CountParameters(const Korvel::IEcu& ecu) {
+    const Korvel::IInstanceContainer* instances = ecu.GetInstanceContainer();
+    uint32_t count = 0;
+    for (uint32_t i = 0; i < instances->GetCount(); ++i) {
+        const Korvel::IInstance* instance = instances->GetInstance(i);
+        if (instance == nullptr) {
+            continue;
+        }
+        count += CountOf(instance->GetRequest()) + CountOf(instance->GetPosResponse()) +
+                 CountOf(instance->GetNegResponse());
+    }
+    return count;
+}
+
+std::string FirstError(const Korvel::ReportCollector& collector) {
+    for (const auto& message : collector.GetMessages()) {
+        if (message.level == Korvel::ReportLevelFatal || message.level == Korvel::ReportLevelError) {
+            return message.text;
+        }
+    }
+    return std::string();
+}
+
+}  // namespace zekl
