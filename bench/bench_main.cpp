@@ -1,0 +1,618 @@
+// zekl_bench: read and write speed of ZeKL against the floor of the XML parser itself, and the
+// memory of a loaded model, on generated documents of about 1, 10 and 100 MB.
+//
+// Every figure is the best of K runs timed with steady_clock. The floor is xerces-c's
+// SAXParser with library defaults and an empty HandlerBase on a LocalFileInputSource, which
+// any read through the SAX interface pays. Memory is measured in a fresh child process per
+// document so that earlier sizes leave nothing behind (see MeasureMemory).
+#include "DocGenerator.h"
+
+#include <ZeKL/ZeKL.h>
+
+#include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/sax/HandlerBase.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#include <malloc.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr double kMB = 1e6;  // MB/s and document sizes use decimal megabytes
+
+// Targets.
+constexpr double kReadOverFloorMax = 1.5;
+constexpr double kWriteOverFloorMax = 0.5;
+constexpr double kWriteMBsMin = 130.0;
+constexpr double kPeakOverDocMax = 3.0;
+constexpr double kFlatnessMax = 1.2;
+
+struct Options {
+    std::vector<double> sizesMb{1, 10, 100};
+    std::vector<std::string> files;
+    int runs = 0;  // 0: chosen by size
+    uint64_t seed = 1;
+    bool check = false;
+    bool keep = false;
+    bool memory = true;
+    std::string dir;
+    std::string only;  // "", "read", "write" or "sax": one measurement only (for profilers)
+};
+
+struct Result {
+    std::string name;
+    uint64_t bytes = 0;
+    int runs = 0;
+    double sax = 0;  // seconds, best of runs
+    double read = 0;
+    double write = 0;
+    double outSax = 0;  // floor of the document the write produced
+    double destroy = 0;
+    bool readOk = false;
+    bool writeOk = false;
+    bool identical = false;
+    bool memoryOk = false;
+    double peakOverDoc = 0;  // (VmHWM during the read - VmRSS before) / document size
+    double heapOverDoc = 0;  // heap held by the loaded model / document size
+};
+
+double Seconds(Clock::duration d) {
+    return std::chrono::duration<double>(d).count();
+}
+
+double MBs(uint64_t bytes, double seconds) {
+    return seconds > 0 ? static_cast<double>(bytes) / kMB / seconds : 0.0;
+}
+
+bool ReadWholeFile(const std::string& path, std::string& out) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return false;
+    }
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    out = buffer.str();
+    return true;
+}
+
+bool WriteWholeFile(const std::string& path, const std::string& text) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    return static_cast<bool>(out);
+}
+
+uint64_t FileSize(const std::string& path) {
+    struct stat st {};
+    return stat(path.c_str(), &st) == 0 ? static_cast<uint64_t>(st.st_size) : 0;
+}
+
+// The floor: parse with library defaults and handlers that do nothing.
+bool SaxParse(const std::string& path, double& seconds) {
+    using namespace xercesc;
+    const auto start = Clock::now();
+    bool ok = true;
+    {
+        XMLCh* widePath = XMLString::transcode(path.c_str());
+        LocalFileInputSource source(widePath);
+        XMLString::release(&widePath);
+        SAXParser parser;
+        HandlerBase handler;
+        parser.setDocumentHandler(&handler);
+        parser.setErrorHandler(&handler);
+        try {
+            parser.parse(source);
+        } catch (const SAXParseException&) {
+            ok = false;
+        } catch (const XMLException&) {
+            ok = false;
+        }
+    }
+    seconds = Seconds(Clock::now() - start);
+    return ok;
+}
+
+double BestSax(const std::string& path, int runs, bool& ok) {
+    double best = std::numeric_limits<double>::max();
+    for (int r = 0; r < runs; ++r) {
+        double s = 0;
+        ok = SaxParse(path, s);
+        if (!ok) {
+            return 0;
+        }
+        best = std::min(best, s);
+    }
+    return best;
+}
+
+void PrintReadErrors(const std::string& path) {
+    Korvel::ReportCollector collector(Korvel::ReportLevelError);
+    auto ecu = Korvel::GetKLReader().ReadFile(path.c_str(), "", collector);
+    std::fprintf(stderr, "  ReadFile('%s') refused the document (%u errors):\n", path.c_str(),
+                 collector.GetErrorCount());
+    const auto& errors = collector.GetErrors();
+    for (size_t i = 0; i < errors.size() && i < 5; ++i) {
+        std::fprintf(stderr, "    %s\n", errors[i].c_str());
+    }
+}
+
+uint64_t StatusKb(const char* key) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    const size_t keyLength = std::strlen(key);
+    while (std::getline(status, line)) {
+        if (line.compare(0, keyLength, key) == 0 && line.size() > keyLength && line[keyLength] == ':') {
+            return std::strtoull(line.c_str() + keyLength + 1, nullptr, 10);
+        }
+    }
+    return 0;
+}
+
+uint64_t HeapInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+// Runs in a fresh process (see MeasureMemory): warms the reader up on a tiny document, then
+// reads the file once and prints "rssBeforeKb hwmKb heapBytes ok".
+int MemoryChild(const std::string& path) {
+    auto& reader = Korvel::GetKLReader();
+    reader.ReadText(CreateXmlForEmptyEcu(0, 1), "").reset();
+    malloc_trim(0);
+    const uint64_t rssBefore = StatusKb("VmRSS");
+    // Reset the peak to the current RSS (Linux 4.0+); without it the peak counts from the
+    // start of this small process, which is below rssBefore anyway.
+    if (FILE* clear = std::fopen("/proc/self/clear_refs", "w")) {
+        std::fputs("5", clear);
+        std::fclose(clear);
+    }
+    const uint64_t heapBefore = HeapInUse();
+    auto ecu = reader.ReadFile(path.c_str(), "");
+    const uint64_t heapAfter = HeapInUse();
+    const uint64_t hwm = StatusKb("VmHWM");
+    std::printf("%llu %llu %llu %d\n", static_cast<unsigned long long>(rssBefore),
+                static_cast<unsigned long long>(hwm),
+                static_cast<unsigned long long>(heapAfter > heapBefore ? heapAfter - heapBefore : 0),
+                ecu != nullptr ? 1 : 0);
+    std::fflush(stdout);
+    // The model's teardown is not part of the measurement.
+    std::_Exit(0);
+}
+
+std::string SelfPath() {
+    char buffer[4096];
+    const ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+    return n > 0 ? std::string(buffer, static_cast<size_t>(n)) : std::string();
+}
+
+// Peak memory of one read, in a child process of its own: the parent holds generated text,
+// earlier models and allocator caches that would blur the figure. The peak is VmHWM after the
+// read minus VmRSS before it (all memory the read touched at its highest point, parser buffers
+// and allocator overhead included); the heap figure is what the loaded model still holds.
+bool MeasureMemory(const std::string& path, Result& result) {
+    const std::string self = SelfPath();
+    int fds[2];
+    if (self.empty() || pipe(fds) != 0) {
+        return false;
+    }
+    const pid_t pid = fork();
+    if (pid < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        return false;
+    }
+    if (pid == 0) {
+        dup2(fds[1], STDOUT_FILENO);
+        close(fds[0]);
+        close(fds[1]);
+        execl(self.c_str(), self.c_str(), "--memory-child", path.c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    close(fds[1]);
+    std::string output;
+    char buffer[256];
+    ssize_t n;
+    while ((n = read(fds[0], buffer, sizeof buffer)) > 0) {
+        output.append(buffer, static_cast<size_t>(n));
+    }
+    close(fds[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    unsigned long long rssBefore = 0, hwm = 0, heap = 0;
+    int ok = 0;
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 ||
+        std::sscanf(output.c_str(), "%llu %llu %llu %d", &rssBefore, &hwm, &heap, &ok) != 4 || ok != 1) {
+        return false;
+    }
+    const double doc = static_cast<double>(result.bytes);
+    result.peakOverDoc = static_cast<double>(hwm > rssBefore ? hwm - rssBefore : 0) * 1024.0 / doc;
+    result.heapOverDoc = static_cast<double>(heap) / doc;
+    result.memoryOk = true;
+    return true;
+}
+
+int DefaultRuns(uint64_t bytes) {
+    if (bytes <= 2 * kMB) {
+        return 15;
+    }
+    if (bytes <= 20 * kMB) {
+        return 7;
+    }
+    return 3;
+}
+
+Result Measure(const std::string& path, const std::string& name, const Options& options,
+               const std::string& workDir) {
+    Result r;
+    r.name = name;
+    r.bytes = FileSize(path);
+    r.runs = options.runs > 0 ? options.runs : DefaultRuns(r.bytes);
+    auto& reader = Korvel::GetKLReader();
+
+    if (options.only == "sax") {
+        bool ok = false;
+        r.sax = BestSax(path, r.runs, ok);
+        return r;
+    }
+
+    // Warm the page cache and the libraries once.
+    double ignored = 0;
+    SaxParse(path, ignored);
+
+    // Floor and read interleaved, so that a noisy moment hits both alike.
+    std::unique_ptr<Korvel::IEcu> ecu;
+    r.sax = std::numeric_limits<double>::max();
+    r.read = std::numeric_limits<double>::max();
+    r.destroy = std::numeric_limits<double>::max();
+    for (int i = 0; i < r.runs; ++i) {
+        if (options.only.empty()) {
+            double s = 0;
+            if (!SaxParse(path, s)) {
+                std::fprintf(stderr, "  xerces-c refused '%s'\n", path.c_str());
+                return r;
+            }
+            r.sax = std::min(r.sax, s);
+        }
+        if (options.only == "write" && ecu) {
+            break;
+        }
+        if (ecu) {
+            const auto start = Clock::now();
+            ecu.reset();
+            r.destroy = std::min(r.destroy, Seconds(Clock::now() - start));
+        }
+        const auto start = Clock::now();
+        ecu = reader.ReadFile(path.c_str(), "");
+        r.read = std::min(r.read, Seconds(Clock::now() - start));
+        if (!ecu) {
+            PrintReadErrors(path);
+            return r;
+        }
+    }
+    r.readOk = true;
+    if (options.only == "read") {
+        return r;
+    }
+
+    std::string text;
+    r.write = std::numeric_limits<double>::max();
+    for (int i = 0; i < r.runs; ++i) {
+        const auto start = Clock::now();
+        const uint32_t length = Korvel::GetKLWriter().WriteToString(*ecu, text, "utf-8");
+        r.write = std::min(r.write, Seconds(Clock::now() - start));
+        if (length == 0 || length != text.size()) {
+            std::fprintf(stderr, "  WriteToString failed (%u bytes)\n", length);
+            return r;
+        }
+    }
+    r.writeOk = true;
+    {
+        const auto start = Clock::now();
+        ecu.reset();
+        r.destroy = std::min(r.destroy, Seconds(Clock::now() - start));
+    }
+
+    std::string original;
+    r.identical = ReadWholeFile(path, original) && original == text;
+    if (r.identical) {
+        r.outSax = r.sax;
+    } else {
+        size_t at = 0;
+        while (at < original.size() && at < text.size() && original[at] == text[at]) {
+            ++at;
+        }
+        const size_t lineStart = original.rfind('\n', at == 0 ? 0 : at - 1);
+        const size_t from = lineStart == std::string::npos ? 0 : lineStart + 1;
+        std::fprintf(
+            stderr,
+            "  the written document differs from '%s' at byte %zu:\n    read:    %s\n    written: %s\n",
+            path.c_str(), at, original.substr(from, original.find('\n', at) - from).c_str(),
+            text.substr(from, text.find('\n', at) - from).c_str());
+        const std::string written = workDir + "/" + name + ".written.xml";
+        bool ok = WriteWholeFile(written, text);
+        if (ok) {
+            r.outSax = BestSax(written, r.runs, ok);
+        }
+        if (!ok) {
+            std::fprintf(stderr, "  the written document of '%s' does not parse\n", path.c_str());
+            r.outSax = 0;
+        }
+        if (!options.keep) {
+            std::remove(written.c_str());
+        }
+    }
+
+    if (options.memory && !MeasureMemory(path, r)) {
+        std::fprintf(stderr, "  memory measurement of '%s' failed\n", path.c_str());
+    }
+    return r;
+}
+
+std::string CpuName() {
+    std::ifstream cpuinfo("/proc/cpuinfo");
+    std::string line;
+    while (std::getline(cpuinfo, line)) {
+        if (line.compare(0, 10, "model name") == 0) {
+            const size_t colon = line.find(':');
+            return colon == std::string::npos ? line : line.substr(colon + 2);
+        }
+    }
+    return "unknown CPU";
+}
+
+std::string LoadAverage() {
+    std::ifstream in("/proc/loadavg");
+    std::string a, b, c;
+    in >> a >> b >> c;
+    return a + " " + b + " " + c;
+}
+
+const char* Verdict(bool pass) {
+    return pass ? "PASS" : "FAIL";
+}
+
+void PrintUsage() {
+    std::fprintf(stderr,
+                 "usage: zekl_bench [--sizes 1,10,100 | --quick] [--file DOC]... [--runs K] [--seed S]\n"
+                 "                  [--dir DIR] [--keep] [--no-memory] [--only read|write|sax] [--check]\n"
+                 "  Generates documents of about the given sizes (1 MB = 1000000 bytes) into a temporary\n"
+                 "  directory (or DIR), or measures the given files instead. --quick means --sizes 1,10.\n"
+                 "  --check makes any FAIL give exit status 1.\n");
+}
+
+bool ParseSizes(const std::string& text, std::vector<double>& sizes) {
+    sizes.clear();
+    std::stringstream in(text);
+    std::string piece;
+    while (std::getline(in, piece, ',')) {
+        char* end = nullptr;
+        const double value = std::strtod(piece.c_str(), &end);
+        if (end == piece.c_str() || *end != 0 || value <= 0) {
+            return false;
+        }
+        sizes.push_back(value);
+    }
+    return !sizes.empty();
+}
+
+bool ParseOptions(int argc, char** argv, Options& options) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        const bool hasValue = i + 1 < argc;
+        if (arg == "--sizes" && hasValue) {
+            if (!ParseSizes(argv[++i], options.sizesMb)) {
+                return false;
+            }
+        } else if (arg == "--quick") {
+            options.sizesMb = {1, 10};
+        } else if (arg == "--file" && hasValue) {
+            options.files.push_back(argv[++i]);
+        } else if (arg == "--runs" && hasValue) {
+            options.runs = std::atoi(argv[++i]);
+            if (options.runs <= 0) {
+                return false;
+            }
+        } else if (arg == "--seed" && hasValue) {
+            options.seed = std::strtoull(argv[++i], nullptr, 0);
+        } else if (arg == "--dir" && hasValue) {
+            options.dir = argv[++i];
+        } else if (arg == "--only" && hasValue) {
+            options.only = argv[++i];
+            if (options.only != "read" && options.only != "write" && options.only != "sax") {
+                return false;
+            }
+            options.memory = false;
+        } else if (arg == "--keep") {
+            options.keep = true;
+        } else if (arg == "--no-memory") {
+            options.memory = false;
+        } else if (arg == "--check") {
+            options.check = true;
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string SizeName(double mb) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%gMB", mb);
+    return buffer;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], "--memory-child") == 0) {
+        return MemoryChild(argv[2]);
+    }
+    Options options;
+    if (!ParseOptions(argc, argv, options)) {
+        PrintUsage();
+        return 2;
+    }
+
+    xercesc::XMLPlatformUtils::Initialize();
+
+    std::string workDir = options.dir;
+    bool ownDir = false;
+    if (workDir.empty()) {
+        const char* tmp = std::getenv("TMPDIR");
+        std::string pattern = std::string(tmp != nullptr && *tmp != 0 ? tmp : "/tmp") + "/zekl_bench.XXXXXX";
+        if (mkdtemp(pattern.data()) == nullptr) {
+            std::fprintf(stderr, "zekl_bench: cannot create a temporary directory: %s\n",
+                         std::strerror(errno));
+            return 2;
+        }
+        workDir = pattern;
+        ownDir = true;
+    } else {
+        mkdir(workDir.c_str(), 0755);
+    }
+
+    std::printf("zekl_bench: ZeKL %s, xerces-c %s, %s, %ld CPUs, load %s\n", Korvel::GetVersionString(),
+                XERCES_FULLVERSIONDOT, CpuName().c_str(), sysconf(_SC_NPROCESSORS_ONLN),
+                LoadAverage().c_str());
+
+    std::vector<std::pair<std::string, std::string>> documents;  // name, path
+    std::vector<std::string> generated;
+    if (options.files.empty()) {
+        for (double mb : options.sizesMb) {
+            const std::string name = SizeName(mb);
+            const std::string path = workDir + "/zekl_" + name + ".xml";
+            ZeKLBench::DocStats stats;
+            std::string error;
+            const auto start = Clock::now();
+            if (!ZeKLBench::GenerateDocument(path, static_cast<uint64_t>(mb * kMB), options.seed, stats,
+                                             error)) {
+                std::fprintf(stderr, "zekl_bench: %s\n", error.c_str());
+                return 2;
+            }
+            std::printf(
+                "generated %s: %llu bytes, %llu instances, %llu parameters, %llu conversions (%.2f s)\n",
+                path.c_str(), static_cast<unsigned long long>(stats.bytes),
+                static_cast<unsigned long long>(stats.instances),
+                static_cast<unsigned long long>(stats.parameters),
+                static_cast<unsigned long long>(stats.formulaConversions + stats.tableConversions),
+                Seconds(Clock::now() - start));
+            documents.emplace_back(name, path);
+            generated.push_back(path);
+        }
+    } else {
+        for (const std::string& file : options.files) {
+            const size_t slash = file.find_last_of('/');
+            documents.emplace_back(slash == std::string::npos ? file : file.substr(slash + 1), file);
+        }
+    }
+    std::fflush(stdout);
+
+    std::vector<Result> results;
+    bool broken = false;
+    for (const auto& [name, path] : documents) {
+        results.push_back(Measure(path, name, options, workDir));
+        const Result& r = results.back();
+        if (options.only.empty() ? !(r.readOk && r.writeOk) : false) {
+            broken = true;
+        }
+    }
+
+    std::printf("\n%-8s %9s %4s | %9s %8s | %9s %8s %6s | %9s %8s %6s | %6s %6s | %5s %7s\n", "document",
+                "MB", "runs", "floor ms", "MB/s", "read ms", "MB/s", "x flr", "write ms", "MB/s", "x flr",
+                "peak", "heap", "same", "free ms");
+    for (const Result& r : results) {
+        const double mb = static_cast<double>(r.bytes) / kMB;
+        std::printf(
+            "%-8s %9.2f %4d | %9.2f %8.1f | %9.2f %8.1f %6.2f | %9.2f %8.1f %6.2f | %5.2fx %5.2fx | %5s "
+            "%7.2f\n",
+            r.name.c_str(), mb, r.runs, r.sax * 1e3, MBs(r.bytes, r.sax), r.read * 1e3, MBs(r.bytes, r.read),
+            r.sax > 0 ? r.read / r.sax : 0.0, r.write * 1e3, MBs(r.bytes, r.write),
+            r.outSax > 0 ? r.write / r.outSax : 0.0, r.peakOverDoc, r.heapOverDoc, r.identical ? "yes" : "NO",
+            r.destroy < 1e9 ? r.destroy * 1e3 : 0.0);
+    }
+
+    bool allPass = !broken;
+    if (options.only.empty()) {
+        std::printf("\ntargets:\n");
+        for (const Result& r : results) {
+            if (!r.readOk || !r.writeOk) {
+                std::printf("  %-8s FAIL  read or write did not complete\n", r.name.c_str());
+                allPass = false;
+                continue;
+            }
+            const bool readPass = r.read <= kReadOverFloorMax * r.sax;
+            const bool writePass = r.outSax > 0 && r.write <= kWriteOverFloorMax * r.outSax;
+            const bool writeSpeedPass = MBs(r.bytes, r.write) >= kWriteMBsMin;
+            const bool identicalPass = r.identical;
+            std::printf("  %-8s %s  read %.2fx the empty-handler parse (max %.1fx)\n", r.name.c_str(),
+                        Verdict(readPass), r.read / r.sax, kReadOverFloorMax);
+            std::printf("  %-8s %s  write %.2fx the empty-handler parse of its output (max %.1fx)\n",
+                        r.name.c_str(), Verdict(writePass), r.outSax > 0 ? r.write / r.outSax : 0.0,
+                        kWriteOverFloorMax);
+            std::printf("  %-8s %s  write %.0f MB/s (min %.0f)\n", r.name.c_str(), Verdict(writeSpeedPass),
+                        MBs(r.bytes, r.write), kWriteMBsMin);
+            std::printf("  %-8s %s  written document byte-identical to the one read\n", r.name.c_str(),
+                        Verdict(identicalPass));
+            allPass = allPass && readPass && writePass && writeSpeedPass && identicalPass;
+            if (options.memory) {
+                const bool memoryPass = r.memoryOk && r.peakOverDoc <= kPeakOverDocMax;
+                std::printf(
+                    "  %-8s %s  peak memory of the read %.2fx the document (max %.1fx; model heap %.2fx)\n",
+                    r.name.c_str(), Verdict(memoryPass), r.peakOverDoc, kPeakOverDocMax, r.heapOverDoc);
+                allPass = allPass && memoryPass;
+            }
+        }
+        if (results.size() >= 2 && !broken) {
+            double readMin = 1e300, readMax = 0, writeMin = 1e300, writeMax = 0;
+            for (const Result& r : results) {
+                const double mb = static_cast<double>(r.bytes) / kMB;
+                readMin = std::min(readMin, r.read / mb);
+                readMax = std::max(readMax, r.read / mb);
+                writeMin = std::min(writeMin, r.write / mb);
+                writeMax = std::max(writeMax, r.write / mb);
+            }
+            const bool readFlat = readMax <= kFlatnessMax * readMin;
+            const bool writeFlat = writeMax <= kFlatnessMax * writeMin;
+            std::printf("  %-8s %s  read time per MB %.2f..%.2f ms, spread %.0f%% (max %.0f%%)\n", "all",
+                        Verdict(readFlat), readMin * 1e3, readMax * 1e3, (readMax / readMin - 1) * 100,
+                        (kFlatnessMax - 1) * 100);
+            std::printf("  %-8s %s  write time per MB %.2f..%.2f ms, spread %.0f%% (max %.0f%%)\n", "all",
+                        Verdict(writeFlat), writeMin * 1e3, writeMax * 1e3, (writeMax / writeMin - 1) * 100,
+                        (kFlatnessMax - 1) * 100);
+            allPass = allPass && readFlat && writeFlat;
+        }
+        std::printf("overall: %s\n", allPass ? "PASS" : "FAIL");
+    }
+
+    if (!options.keep) {
+        for (const std::string& path : generated) {
+            std::remove(path.c_str());
+        }
+        if (ownDir) {
+            rmdir(workDir.c_str());
+        }
+    } else {
+        std::printf("documents kept in %s\n", workDir.c_str());
+    }
+    xercesc::XMLPlatformUtils::Terminate();
+    if (broken) {
+        return 2;
+    }
+    return options.check && !allPass ? 1 : 0;
+}
