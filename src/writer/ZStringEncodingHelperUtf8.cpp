@@ -1,0 +1,9 @@
+#include "writer/ZStringEncodingHelperUtf8.h"
+
+namespace Korvel {
+
+bool ZStringEncodingHelperUtf8::EscapesLetters() const {
+    return true;
+}
+
+}  // namespace Korvel
