@@ -1,0 +1,201 @@
+// Entity and DTD attacks: a description received from outside must neither blow up in memory
+// nor pull local files into the model.
+#include "HostileSupport.h"
+
+#include <numeric>
+
+using namespace Korvel;
+using namespace Korvel::HostileTest;
+
+namespace {
+
+const char* const kSecret = "SECRET_FROM_LOCAL_FILE";
+
+std::string NestedEntityDeclarations(int levels, int fanOut) {
+    std::string declarations = " <!ENTITY lol0 \"lol\">\n";
+    for (int level = 1; level <= levels; ++level) {
+        declarations += " <!ENTITY lol" + std::to_string(level) + " \"";
+        for (int i = 0; i < fanOut; ++i) {
+            declarations += "&lol" + std::to_string(level - 1) + ";";
+        }
+        declarations += "\">\n";
+    }
+    return declarations;
+}
+
+std::size_t TotalTextSize(const IEcu& ecu) {
+    std::size_t total = 0;
+    for (const std::string& text : CollectTexts(ecu)) {
+        total += text.size();
+    }
+    return total;
+}
+
+std::string FileUrl(const std::filesystem::path& path) {
+    return "file://" + path.string();
+}
+
+// The secret as it would look to each kind of reference: markup for a content reference, a
+// plain text for an attribute default.
+void WriteSecretFiles(const ScratchFolder& folder) {
+    WriteWholeFile(folder / "secret.xml", std::string("<INSTANCE id=\"") + kSecret +
+                                              "\"/><NEGATIVE_RESPONSE_CODES><MAP nrc=\"16\" text=\"" +
+                                              kSecret + "\"/></NEGATIVE_RESPONSE_CODES>");
+    WriteWholeFile(folder / "secret.txt", kSecret);
+    WriteWholeFile(folder / "evil.dtd", std::string("<!ENTITY secret \"") + kSecret +
+                                            "\">\n"
+                                            "<!ATTLIST INSTANCE id CDATA \"" +
+                                            kSecret +
+                                            "\">\n"
+                                            "<!ATTLIST MAP text CDATA \"" +
+                                            kSecret + "\">\n");
+}
+
+void ExpectNoSecret(const ReadResult& result, const char* what) {
+    if (result.ecu) {
+        EXPECT_FALSE(ModelMentions(*result.ecu, kSecret)) << what << "\n" << result.AllMessages();
+    }
+}
+
+}  // namespace
+
+TEST(HostileEntities, BillionLaughsInAnAttributeIsRefusedWithAFatalMessage) {
+    const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n" +
+                                 NestedEntityDeclarations(9, 10) +
+                                 "]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>"
+                                 "<MAP nrc=\"16\" text=\"&lol9;\"/></NEGATIVE_RESPONSE_CODES></ECU>\n";
+    auto result = ReadBytes(document);
+    EXPECT_EQ(result->ecu, nullptr);
+    EXPECT_TRUE(result->HasFatal()) << result->AllMessages();
+}
+
+TEST(HostileEntities, BillionLaughsInContentIsRefusedWithAFatalMessage) {
+    const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n" +
+                                 NestedEntityDeclarations(9, 10) + "]>\n<ECU protocol=\"UDS\">&lol9;</ECU>\n";
+    auto result = ReadBytes(document);
+    EXPECT_EQ(result->ecu, nullptr);
+    EXPECT_TRUE(result->HasFatal()) << result->AllMessages();
+}
+
+TEST(HostileEntities, BillionLaughsThroughTheFileReaderIsRefused) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteWholeFile(folder / "laughs.xml", "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n" +
+                                              NestedEntityDeclarations(9, 10) +
+                                              "]>\n<ECU><INSTANCE id=\"&lol9;\"/></ECU>\n");
+    auto result = ReadPath((folder / "laughs.xml").string());
+    EXPECT_EQ(result->ecu, nullptr);
+    EXPECT_TRUE(result->HasFatal()) << result->AllMessages();
+}
+
+TEST(HostileEntities, ManyReferencesToOneLargeEntityNeverMultiplyTheDocumentInMemory) {
+    // One flat entity referenced a few thousand times: no nesting, yet 20 MB of text from a
+    // document of 30 kB. Whatever the reader does, the model must not hold more text than the
+    // document brought.
+    const std::string payload(10000, 'x');
+    std::string references;
+    for (int i = 0; i < 2000; ++i) {
+        references += "&big;";
+    }
+    const std::string document =
+        "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY big \"" + payload +
+        "\">\n]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES><MAP nrc=\"16\" text=\"" + references +
+        "\"/></NEGATIVE_RESPONSE_CODES></ECU>\n";
+    auto result = ReadBytes(document);
+    if (result->ecu) {
+        EXPECT_LE(TotalTextSize(*result->ecu), document.size());
+    } else {
+        EXPECT_GT(result->report.GetErrorCount(), 0u);
+    }
+}
+
+TEST(HostileEntities, ExternalEntityInContentNeverBringsALocalFileIntoTheModel) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteSecretFiles(folder);
+    const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY ext SYSTEM \"" +
+                                 FileUrl(folder / "secret.xml") +
+                                 "\">\n]>\n<ECU protocol=\"UDS\">&ext;</ECU>\n";
+    auto fromMemory = ReadBytes(document);
+    ExpectNoSecret(*fromMemory, "memory, absolute URL");
+
+    WriteWholeFile(folder / "doc.xml", document);
+    auto fromFile = ReadPath((folder / "doc.xml").string());
+    ExpectNoSecret(*fromFile, "file, absolute URL");
+
+    // A relative system id resolves beside the document read from a file.
+    WriteWholeFile(folder / "relative.xml",
+                   "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY ext SYSTEM \"secret.xml\">\n]>\n"
+                   "<ECU protocol=\"UDS\">&ext;</ECU>\n");
+    auto relative = ReadPath((folder / "relative.xml").string());
+    ExpectNoSecret(*relative, "file, relative system id");
+}
+
+TEST(HostileEntities, ExternalEntityInAnAttributeNeverBringsALocalFileIntoTheModel) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteSecretFiles(folder);
+    const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY ext SYSTEM \"" +
+                                 FileUrl(folder / "secret.txt") +
+                                 "\">\n]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>"
+                                 "<MAP nrc=\"16\" text=\"&ext;\"/></NEGATIVE_RESPONSE_CODES>"
+                                 "<INSTANCE id=\"&ext;\"/></ECU>\n";
+    auto result = ReadBytes(document);
+    ExpectNoSecret(*result, "attribute reference");
+}
+
+TEST(HostileEntities, ExternalParameterEntityIsNeverLoaded) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteSecretFiles(folder);
+    // Were the DTD loaded, its attribute defaults would give the instance and the NRC their
+    // texts from the local file.
+    const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY % p SYSTEM \"" +
+                                 FileUrl(folder / "evil.dtd") +
+                                 "\">\n %p;\n]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>"
+                                 "<MAP nrc=\"16\"/></NEGATIVE_RESPONSE_CODES><INSTANCE/></ECU>\n";
+    auto result = ReadBytes(document);
+    ExpectNoSecret(*result, "parameter entity");
+}
+
+TEST(HostileEntities, ExternalDtdReferenceToALocalFileIsNeverLoaded) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteSecretFiles(folder);
+    const std::string body =
+        "<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES><MAP nrc=\"16\"/>"
+        "</NEGATIVE_RESPONSE_CODES><INSTANCE/></ECU>\n";
+    auto absolute = ReadBytes("<?xml version=\"1.0\"?>\n<!DOCTYPE ECU SYSTEM \"" +
+                              FileUrl(folder / "evil.dtd") + "\">\n" + body);
+    ExpectNoSecret(*absolute, "external DTD, absolute URL");
+
+    WriteWholeFile(folder / "doc.xml",
+                   "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU SYSTEM \"evil.dtd\">\n" + body);
+    auto relative = ReadPath((folder / "doc.xml").string());
+    ExpectNoSecret(*relative, "external DTD, relative");
+
+    // An entity declared only in the external DTD must stay unknown.
+    WriteWholeFile(folder / "entity.xml",
+                   "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU SYSTEM \"evil.dtd\">\n"
+                   "<ECU><INSTANCE id=\"&secret;\"/></ECU>\n");
+    auto entity = ReadPath((folder / "entity.xml").string());
+    ExpectNoSecret(*entity, "entity of the external DTD");
+}
+
+TEST(HostileEntities, ExternalDtdReferenceThatCannotBeFoundDoesNotStopADocumentWithoutEntities) {
+    // Documents of the format carry no DTD, but one that names a DTD which is not there must not
+    // fail on the missing file alone, since the reader never looks for it.
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    WriteWholeFile(folder / "doc.xml",
+                   "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU SYSTEM \"no-such.dtd\">\n"
+                   "<ECU protocol=\"KWP\"><INSTANCE id=\"A\"/></ECU>\n");
+    auto result = ReadPath((folder / "doc.xml").string());
+    if (result->ecu) {
+        EXPECT_EQ(result->ecu->GetProtocol(), ProtocolKwp);
+        EXPECT_NE(result->ecu->GetInstanceContainer()->GetInstance("A"), nullptr);
+    } else {
+        // Refusing every DTD outright is also safe; then the reason is reported.
+        EXPECT_GT(result->report.GetErrorCount(), 0u) << result->AllMessages();
+    }
+}
