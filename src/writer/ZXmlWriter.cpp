@@ -1,0 +1,396 @@
+#include "writer/ZXmlWriter.h"
+
+#include "writer/ZStringEncodingHelperUtf8.h"
+#include "writer/ZStringEncodingHelperWin1252.h"
+
+#include <ZeKL/IEcu.h>
+
+#include <charconv>
+#include <ios>
+
+namespace Korvel {
+
+namespace {
+
+std::unique_ptr<ZStringEncodingHelper> MakeEncodingHelper(const std::string& encoding) {
+    if (encoding == "utf-8") {
+        return std::make_unique<ZStringEncodingHelperUtf8>();
+    }
+    if (encoding == "Windows-1252" || encoding == "iso-8859-1") {
+        return std::make_unique<ZStringEncodingHelperWin1252>();
+    }
+    return std::make_unique<ZStringEncodingHelper>();
+}
+
+// Fixed indents of the lines that do not follow the closing stack.
+constexpr std::size_t kConversionIndent = 1;
+constexpr std::size_t kMapIndent = 2;
+constexpr std::size_t kParamIndent = 3;
+
+// Depths the sections close to before they open a new element.
+constexpr std::size_t kSectionDepth = 1;
+constexpr std::size_t kMessageDepth = 2;
+
+}  // namespace
+
+ZXmlWriter::ZXmlWriter(std::ostream& out, const char* encoding, IWriterConfig& config)
+    : m_out(out),
+      m_encoding(encoding != nullptr ? encoding : ""),
+      m_helper(MakeEncodingHelper(m_encoding)),
+      m_config(config) {
+    m_line.reserve(256);
+}
+
+ZXmlWriter::~ZXmlWriter() {
+    try {
+        CloseAll();
+    } catch (...) {
+        // A destructor must not throw; the front closes explicitly and sees the failure there.
+    }
+}
+
+// --- visitor: each kind goes on to its own traversal operation ---
+
+void ZXmlWriter::VisitEcu(const IEcu& ecu) {
+    TraverseEcu(ecu);
+}
+void ZXmlWriter::VisitNrcContainer(const INrcContainer& nrcs) {
+    TraverseNrcContainer(nrcs);
+}
+void ZXmlWriter::VisitNrcItem(const INrcItem& nrc) {
+    TraverseNrcItem(nrc);
+}
+void ZXmlWriter::VisitConversionContainer(const IConversionContainer& conversions) {
+    TraverseConversionContainer(conversions);
+}
+void ZXmlWriter::VisitConversion(const IConversion& conversion) {
+    TraverseConversion(conversion);
+}
+void ZXmlWriter::VisitTextTable(const ITextTable& table) {
+    TraverseTextTable(table);
+}
+void ZXmlWriter::VisitTextTableElement(const ITextTableElement& element) {
+    TraverseTextTableElement(element);
+}
+void ZXmlWriter::VisitInstanceContainer(const IInstanceContainer& instances) {
+    TraverseInstanceContainer(instances);
+}
+void ZXmlWriter::VisitInstance(const IInstance& instance) {
+    TraverseInstance(instance);
+}
+void ZXmlWriter::VisitRequest(const IRequest& request) {
+    TraverseRequest(request);
+}
+void ZXmlWriter::VisitPosResponse(const IPosResponse& response) {
+    TraversePosResponse(response);
+}
+void ZXmlWriter::VisitNegResponse(const INegResponse& response) {
+    TraverseNegResponse(response);
+}
+void ZXmlWriter::VisitParam(const IParam& param) {
+    TraverseParam(param);
+}
+void ZXmlWriter::VisitNotSupported(const IModelItem& item) {
+    TraverseNotSupported(item);
+}
+
+// --- traversal ---
+
+void ZXmlWriter::Traverse(const IModelItem& item) {
+    item.Accept(*this);
+}
+
+void ZXmlWriter::TraverseEcu(const IEcu& item) {
+    m_line.clear();
+    m_line += "<ECU protocol=\"";
+    m_line += item.GetProtocol() == ProtocolKwp ? "KWP" : "UDS";
+    m_line += "\">";
+    WriteOpeningLine(nullptr, "</ECU>");
+    WalkEcu(item);
+}
+
+void ZXmlWriter::WalkEcu(const IEcu& item) {
+    item.GetNrcContainer()->Accept(*this);
+    item.GetInstanceContainer()->Accept(*this);
+    item.GetConversionContainer()->Accept(*this);
+}
+
+void ZXmlWriter::TraverseNrcContainer(const INrcContainer& item) {
+    // Written also when the table is empty.
+    WriteOpeningLine("<NEGATIVE_RESPONSE_CODES>", "</NEGATIVE_RESPONSE_CODES>");
+    WalkNrcContainer(item);
+}
+
+void ZXmlWriter::WalkNrcContainer(const INrcContainer& item) {
+    const uint32_t count = item.GetCount();
+    for (uint32_t i = 0; i < count; ++i) {
+        if (const INrcItem* nrc = item.GetNrc(i)) {
+            nrc->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::TraverseNrcItem(const INrcItem& item) {
+    BeginLine(kMapIndent);
+    m_line += "<MAP nrc=\"";
+    AppendUnsigned(item.GetCode());
+    m_line += "\" text=\"";
+    AppendEncoded(item.GetText());
+    // No blank before "/>" here, unlike the text-table maps: both forms are kept as they are
+    // because existing documents and the tools comparing them hold exactly these.
+    m_line += "\"/>";
+    EndLine();
+}
+
+void ZXmlWriter::TraverseConversionContainer(const IConversionContainer& item) {
+    WalkConversionContainer(item);
+}
+
+void ZXmlWriter::WalkConversionContainer(const IConversionContainer& item) {
+    const uint32_t count = item.GetCount();
+    for (uint32_t i = 0; i < count; ++i) {
+        if (const IConversion* conversion = item.GetConversion(i)) {
+            conversion->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::TraverseConversion(const IConversion& item) {
+    CloseToDepth(kSectionDepth);
+    const bool hasTable = item.HasTextTable();
+    BeginLine(kConversionIndent);
+    m_line += "<CONVERSION id=\"";
+    AppendText(item.GetId());
+    m_line += "\" factor=\"";
+    AppendFixed(item.GetFactor());
+    m_line += "\" offset=\"";
+    AppendFixed(item.GetOffset());
+    m_line += hasTable ? "\">" : "\"/>";
+    if (hasTable) {
+        m_closing.emplace_back("</CONVERSION>");
+    }
+    EndLine();
+    WalkConversion(item);
+}
+
+void ZXmlWriter::WalkConversion(const IConversion& item) {
+    if (const ITextTable* table = item.GetTextTable()) {
+        table->Accept(*this);
+    }
+}
+
+void ZXmlWriter::TraverseTextTable(const ITextTable& item) {
+    WalkTextTable(item);
+}
+
+void ZXmlWriter::WalkTextTable(const ITextTable& item) {
+    const uint32_t count = item.GetCount();
+    for (uint32_t i = 0; i < count; ++i) {
+        if (const ITextTableElement* element = item.GetElement(i)) {
+            element->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::TraverseTextTableElement(const ITextTableElement& item) {
+    BeginLine(kMapIndent);
+    m_line += "<MAP val=\"";
+    AppendText(item.GetValue());
+    m_line += "\" text=\"";
+    AppendEncoded(item.GetText());
+    m_line += "\" />";
+    EndLine();
+}
+
+void ZXmlWriter::TraverseInstanceContainer(const IInstanceContainer& item) {
+    WalkInstanceContainer(item);
+}
+
+void ZXmlWriter::WalkInstanceContainer(const IInstanceContainer& item) {
+    const uint32_t count = item.GetCount();
+    for (uint32_t i = 0; i < count; ++i) {
+        if (const IInstance* instance = item.GetInstance(i)) {
+            instance->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::TraverseInstance(const IInstance& item) {
+    CloseToDepth(kSectionDepth);
+    m_line.clear();
+    m_line += "<INSTANCE id=\"";
+    AppendText(item.GetId());
+    m_line += "\">";
+    WriteOpeningLine(nullptr, "</INSTANCE>");
+    WalkInstance(item);
+}
+
+void ZXmlWriter::WalkInstance(const IInstance& item) {
+    if (item.HasRequest()) {
+        if (const IRequest* request = item.GetRequest()) {
+            request->Accept(*this);
+        }
+    }
+    if (item.HasPosResponse()) {
+        if (const IPosResponse* response = item.GetPosResponse()) {
+            response->Accept(*this);
+        }
+    }
+    if (item.HasNegResponse()) {
+        if (const INegResponse* response = item.GetNegResponse()) {
+            response->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::TraverseRequest(const IRequest& item) {
+    WriteMessage("<REQUEST>", "</REQUEST>");
+    WalkRequest(item);
+}
+
+void ZXmlWriter::WalkRequest(const IRequest& item) {
+    WalkMessage(item);
+}
+
+void ZXmlWriter::TraversePosResponse(const IPosResponse& item) {
+    WriteMessage("<RESPONSE>", "</RESPONSE>");
+    WalkPosResponse(item);
+}
+
+void ZXmlWriter::WalkPosResponse(const IPosResponse& item) {
+    WalkMessage(item);
+}
+
+void ZXmlWriter::TraverseNegResponse(const INegResponse& item) {
+    WriteMessage("<NEGATIVE_RESPONSE>", "</NEGATIVE_RESPONSE>");
+    WalkNegResponse(item);
+}
+
+void ZXmlWriter::WalkNegResponse(const INegResponse& item) {
+    WalkMessage(item);
+}
+
+void ZXmlWriter::TraverseParam(const IParam& item) {
+    BeginLine(kParamIndent);
+    m_line += "<PARAMETER id=\"";
+    AppendText(item.GetId());
+    m_line += "\" bitPos=\"";
+    AppendUnsigned(item.GetBitPos());
+    m_line += "\" bitLen=\"";
+    AppendUnsigned(item.GetBitLength());
+    m_line += "\" type=\"";
+    AppendText(item.GetDataTypeName());
+    m_line += "\" unit=\"";
+    AppendText(item.GetUnit());
+    m_line += "\" value=\"";
+    AppendText(item.GetValue());
+    m_line += "\" semantics=\"";
+    AppendText(item.GetSemantics());
+    m_line += "\" convId=\"";
+    AppendText(item.GetConvId());
+    m_line += "\"/>";
+    EndLine();
+}
+
+// --- document frame ---
+
+bool ZXmlWriter::IsReady() const {
+    return !m_encoding.empty();
+}
+
+void ZXmlWriter::WriteDeclaration(const char* encoding) {
+    m_line.clear();
+    m_line += "<?xml version=\"1.0\" encoding=\"";
+    AppendText(encoding);
+    m_line += "\"?>";
+    EndLine();
+}
+
+void ZXmlWriter::CloseAll() {
+    CloseToDepth(0);
+}
+
+void ZXmlWriter::EncodeValue(const char* text, std::string& out) const {
+    if (m_helper) {
+        m_helper->Encode(text, out);
+    } else {
+        out = text != nullptr ? text : "";
+    }
+}
+
+// --- lines ---
+
+void ZXmlWriter::CloseToDepth(std::size_t depth) {
+    while (m_closing.size() > depth) {
+        BeginLine(m_closing.size() - 1);
+        m_line += m_closing.back();
+        // Remove the entry only once its line is out, so a failed write leaves it open.
+        EndLine();
+        m_closing.pop_back();
+    }
+}
+
+void ZXmlWriter::BeginLine(std::size_t indent) {
+    m_line.assign(indent, ' ');
+}
+
+void ZXmlWriter::EndLine() {
+    // One insertion per line and no flush: the stream's buffer decides when bytes go out.
+    m_line.push_back('\n');
+    m_out.write(m_line.data(), static_cast<std::streamsize>(m_line.size()));
+    if (!m_out) {
+        throw std::ios_base::failure("line write failed");
+    }
+}
+
+void ZXmlWriter::WriteOpeningLine(const char* openTag, const char* closeTag) {
+    // The text is in m_line already unless given as `openTag`; the indent follows the depth
+    // the element opens.
+    if (openTag != nullptr) {
+        m_line = openTag;
+    }
+    m_closing.emplace_back(closeTag);
+    m_line.insert(0, m_closing.size() - 1, ' ');
+    EndLine();
+}
+
+void ZXmlWriter::WriteMessage(const char* openTag, const char* closeTag) {
+    CloseToDepth(kMessageDepth);
+    WriteOpeningLine(openTag, closeTag);
+}
+
+void ZXmlWriter::WalkMessage(const IMessage& message) {
+    const uint32_t count = message.GetCount();
+    for (uint32_t i = 0; i < count; ++i) {
+        if (const IParam* param = message.GetParam(static_cast<int>(i))) {
+            param->Accept(*this);
+        }
+    }
+}
+
+void ZXmlWriter::AppendText(const char* text) {
+    if (text != nullptr) {
+        m_line += text;
+    }
+}
+
+void ZXmlWriter::AppendEncoded(const char* text) {
+    EncodeValue(text, m_encoded);
+    m_line += m_encoded;
+}
+
+void ZXmlWriter::AppendUnsigned(uint32_t value) {
+    char digits[16];
+    const auto result = std::to_chars(digits, digits + sizeof digits, value);
+    m_line.append(digits, result.ptr);
+}
+
+void ZXmlWriter::AppendFixed(double value) {
+    // Fixed notation with 16 decimals, as printf's "%.16f" in the C locale; to_chars does
+    // not depend on the process locale. The largest double needs 309 integer digits.
+    char digits[400];
+    const auto result = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 16);
+    m_line.append(digits, result.ptr);
+}
+
+}  // namespace Korvel
