@@ -1,0 +1,109 @@
+#include "writer/ZKLWriterImpl.h"
+
+#include "platform/DebugOutput.h"
+#include "writer/WriterMessages.h"
+#include "writer/ZSafeFileOutput.h"
+#include "writer/ZStringOutputBuffer.h"
+#include "writer/ZWriterConfig.h"
+#include "writer/ZXmlWriter.h"
+
+#include <limits>
+
+namespace Korvel {
+
+namespace {
+
+constexpr uint64_t kMaxLength = std::numeric_limits<uint32_t>::max();
+
+// Builds the document in `text`; throws on failure.
+void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
+    ZStringOutputBuffer buffer(text);
+    std::ostream stream(&buffer);
+    stream.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+    ZKLWriterImpl::WriteDocument(ecu, stream, encoding, ZWriterConfig::Instance());
+}
+
+}  // namespace
+
+void ZKLWriterImpl::WriteDocument(const IEcu& ecu, std::ostream& out, const char* encoding,
+                                  IWriterConfig& config) {
+    ZXmlWriter writer(out, encoding, config);
+    if (writer.IsReady()) {
+        writer.WriteDeclaration(encoding);
+    }
+    ecu.Accept(writer);
+    writer.CloseAll();
+    out.flush();
+    if (!out) {
+        throw std::ios_base::failure("document write failed");
+    }
+}
+
+uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const char* encoding) {
+    if (encoding == nullptr) {
+        return 0;
+    }
+    try {
+        buffer.clear();
+        std::string text;
+        WriteToText(ecu, text, encoding);
+        if (text.size() > kMaxLength) {
+            Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+            return 0;
+        }
+        buffer.assign(text.begin(), text.end());
+        return static_cast<uint32_t>(buffer.size());
+    } catch (...) {
+        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
+        return 0;
+    }
+}
+
+uint32_t ZKLWriterImpl::WriteToString(const IEcu& ecu, std::string& text, const char* encoding) {
+    if (encoding == nullptr) {
+        return 0;
+    }
+    try {
+        std::string document;
+        WriteToText(ecu, document, encoding);
+        // The length is returned as 32 bits, so a longer document is refused as in the buffer
+        // form rather than reported with a wrong length.
+        if (document.size() > kMaxLength) {
+            Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+            return 0;
+        }
+        text.swap(document);
+        return static_cast<uint32_t>(text.size());
+    } catch (...) {
+        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
+        return 0;
+    }
+}
+
+uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) {
+    if (fileName == nullptr || encoding == nullptr) {
+        return 0;
+    }
+    try {
+        // The target is replaced only by the finished document; on any failure the temporary
+        // file goes and the old document stays.
+        ZSafeFileOutput file(fileName);
+        WriteDocument(ecu, file.Stream(), encoding, ZWriterConfig::Instance());
+        const uint64_t length = file.BytesWritten();
+        if (length > kMaxLength) {
+            Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+            return 0;
+        }
+        file.Commit();
+        return static_cast<uint32_t>(length);
+    } catch (...) {
+        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
+        return 0;
+    }
+}
+
+IWriterConfig& ZKLWriterImpl::GetConfig() {
+    return ZWriterConfig::Instance();
+}
+
+}  // namespace Korvel

@@ -1,0 +1,25 @@
+// The writer front: writes one ECU model to a byte buffer, a string or a file. It holds no
+// state; each call builds its own stream and XML writer.
+#pragma once
+
+#include <ZeKL/IKLWriter.h>
+
+#include <ostream>
+
+namespace Korvel {
+
+class ZKLWriterImpl : public IKLWriter {
+public:
+    uint32_t WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const char* encoding) override;
+    uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding) override;
+    uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) override;
+    IWriterConfig& GetConfig() override;
+
+    // Writes the whole document of `ecu` on `out`: the declaration when `encoding` is not
+    // empty, then the ECU with every open element closed. Throws on a failure of the stream
+    // or of a conversion; a stream that fails stops the write at the next line.
+    static void WriteDocument(const IEcu& ecu, std::ostream& out, const char* encoding,
+                              IWriterConfig& config);
+};
+
+}  // namespace Korvel
