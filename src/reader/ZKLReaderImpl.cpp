@@ -1,0 +1,189 @@
+#include "reader/ZKLReaderImpl.h"
+
+#include "reader/ZKLReportingHandler.h"
+#include "reader/ZKLXmlParser.h"
+#include "reader/handlers/ZKLXEHConversion.h"
+#include "reader/handlers/ZKLXEHEcu.h"
+#include "reader/handlers/ZKLXEHInstance.h"
+#include "reader/handlers/ZKLXEHMap.h"
+#include "reader/handlers/ZKLXEHNegativeResponse.h"
+#include "reader/handlers/ZKLXEHNegativeResponseCodes.h"
+#include "reader/handlers/ZKLXEHParameter.h"
+#include "reader/handlers/ZKLXEHRequest.h"
+#include "reader/handlers/ZKLXEHResponse.h"
+
+#include <fstream>
+
+namespace Korvel {
+
+namespace {
+
+constexpr char kFormatVersion[] = "1.0";
+constexpr char kEcuMarker[] = "<ECU";
+constexpr int kTestedLines = 5;
+
+// The caller's sink, shared with the parser assembly without being owned by it.
+std::shared_ptr<IReporting> Borrow(IReporting& reporting) {
+    return std::shared_ptr<IReporting>(&reporting, [](IReporting*) {});
+}
+
+bool FindQuoted(const std::string& text, std::size_t from, std::size_t before, const char* key, char quote,
+                std::string& value) {
+    const std::size_t keyAt = text.find(key, from);
+    if (keyAt == std::string::npos || keyAt >= before) {
+        return false;
+    }
+    const std::size_t start = keyAt + std::char_traits<char>::length(key);
+    const std::size_t end = text.find(quote, start);
+    if (end == std::string::npos) {
+        return false;
+    }
+    value = text.substr(start, end - start);
+    return true;
+}
+
+// The encoding of the first XML declaration of the text: the double-quoted form wins over
+// the single-quoted one. The output is left alone when there is none.
+void FindDeclaredEncoding(const std::string& text, std::string& encoding) {
+    const std::size_t open = text.find("<?");
+    if (open == std::string::npos) {
+        return;
+    }
+    const std::size_t close = text.find("?>", open + 2);
+    if (close == std::string::npos) {
+        return;
+    }
+    if (!FindQuoted(text, open, close, "encoding=\"", '"', encoding)) {
+        FindQuoted(text, open, close, "encoding='", '\'', encoding);
+    }
+}
+
+}  // namespace
+
+ZKLReaderImpl::ZKLReaderImpl() = default;
+
+ZKLReaderImpl::~ZKLReaderImpl() = default;
+
+void ZKLReaderImpl::RegisterHandlers(ZKLXmlParser& parser, const std::shared_ptr<IReporting>& reporting) {
+    ZKLXEHContext context;
+    context.ecu = parser.GetEcu();
+    context.elementStack = parser.GetElementStack();
+    context.parser = &parser;
+    context.reporting = reporting;
+    context.tagCounts = &parser.GetTagCounts();
+    parser.RegisterHandler(std::make_shared<ZKLXEHEcu>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHNegativeResponseCodes>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHMap>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHInstance>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHRequest>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHResponse>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHNegativeResponse>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHConversion>(context));
+    parser.RegisterHandler(std::make_shared<ZKLXEHParameter>(context));
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::Read(const std::shared_ptr<IReporting>& reporting,
+                                          const ParseCall& parse) {
+    try {
+        ZKLXmlParser parser;
+        parser.SetReporting(reporting);
+        RegisterHandlers(parser, reporting);
+        if (!parse(parser)) {
+            return nullptr;
+        }
+        return parser.TakeEcu();
+    } catch (...) {
+        // Nothing leaves the reader; a read that throws has no result.
+        return nullptr;
+    }
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadFile(const char* path, const char* encoding) {
+    return Read(std::make_shared<ZKLReportingHandler>(),
+                [&](ZKLXmlParser& parser) { return parser.ParseFile(path, encoding); });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadMemory(const char* data, uint32_t length, const char* encoding) {
+    return Read(std::make_shared<ZKLReportingHandler>(),
+                [&](ZKLXmlParser& parser) { return parser.ParseMemory(data, length, encoding); });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadText(const std::string& text, const char* encoding) {
+    return ReadMemory(text.c_str(), static_cast<uint32_t>(text.size()), encoding);
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadFile(const char* path, const char* encoding, IReporting& reporting) {
+    return Read(Borrow(reporting), [&](ZKLXmlParser& parser) { return parser.ParseFile(path, encoding); });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadMemory(const char* data, uint32_t length, const char* encoding,
+                                                IReporting& reporting) {
+    return Read(Borrow(reporting),
+                [&](ZKLXmlParser& parser) { return parser.ParseMemory(data, length, encoding); });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadText(const std::string& text, const char* encoding,
+                                              IReporting& reporting) {
+    return ReadMemory(text.c_str(), static_cast<uint32_t>(text.size()), encoding, reporting);
+}
+
+bool ZKLReaderImpl::IsKorvelFile(const char* path) {
+    std::string version;
+    std::string encoding;
+    return IsKorvelFile(path, version, encoding);
+}
+
+bool ZKLReaderImpl::IsKorvelText(const std::string& text) {
+    std::string version;
+    std::string encoding;
+    return IsKorvelText(text, version, encoding);
+}
+
+// Looks at no more than the first 5 lines and does not parse: any "<ECU" there counts.
+bool ZKLReaderImpl::IsKorvelFile(const char* path, std::string& version, std::string& encoding) {
+    if (path == nullptr) {
+        return false;
+    }
+    try {
+        std::ifstream file(path, std::ios::binary);
+        if (!file) {
+            return false;
+        }
+        std::string line;
+        for (int lineNumber = 0; lineNumber < kTestedLines; ++lineNumber) {
+            if (!std::getline(file, line)) {
+                break;
+            }
+            FindDeclaredEncoding(line, encoding);
+            if (line.find(kEcuMarker) != std::string::npos) {
+                version = kFormatVersion;
+                return true;
+            }
+        }
+    } catch (...) {
+        // An unreadable file is no document.
+    }
+    return false;
+}
+
+bool ZKLReaderImpl::IsKorvelText(const std::string& text, std::string& version, std::string& encoding) {
+    try {
+        FindDeclaredEncoding(text, encoding);
+        if (text.find(kEcuMarker) != std::string::npos) {
+            version = kFormatVersion;
+            return true;
+        }
+    } catch (...) {
+        // Only allocation can fail here; the text then counts as no document.
+    }
+    return false;
+}
+
+bool ZKLReaderImpl::GetFileEncoding(const char* path, std::string& encoding) {
+    if (path == nullptr) {
+        return false;
+    }
+    return ZXmlParser::ProbeFileEncoding(path, encoding);
+}
+
+}  // namespace Korvel

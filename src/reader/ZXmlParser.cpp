@@ -1,0 +1,421 @@
+#include "reader/ZXmlParser.h"
+
+#include "platform/DebugOutput.h"
+#include "reader/ReaderLimits.h"
+#include "reader/ReaderMessages.h"
+#include "reader/ZXmlString.h"
+
+#include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLRecognizer.hpp>
+#include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <utility>
+
+namespace Korvel {
+
+namespace Msg = ReaderMessages;
+
+namespace {
+
+using WideView = std::basic_string_view<XMLCh>;
+
+// Thrown from a document callback to end a parse that must not go on; the reason has been
+// reported before.
+struct ParseAborted {};
+
+const XMLByte kNoBytes[1] = {0};
+
+// The encoding probe needs only the first few bytes of a file.
+constexpr std::size_t kProbeBytes = 64;
+
+}  // namespace
+
+ZXmlParser::ZXmlParser(std::shared_ptr<IXmlParserUtilsFactory> utilsFactory)
+    : utilsFactory_(std::move(utilsFactory)) {
+    try {
+        if (utilsFactory_) {
+            elementStack_ = utilsFactory_->CreateElementStack();
+        }
+        platform_ = AcquireXmlPlatform();
+        initialized_ = true;
+    } catch (const xercesc::XMLException& exception) {
+        std::printf(Msg::kInitXmlException, Platform::Utf16ToUtf8(exception.getMessage()).c_str());
+    } catch (...) {
+        std::printf("%s", Msg::kInitUnexpected);
+    }
+}
+
+ZXmlParser::~ZXmlParser() {
+    try {
+        if (utilsFactory_ && elementStack_ != nullptr) {
+            utilsFactory_->DestroyElementStack(elementStack_);
+        }
+        currentHandler_.reset();
+        handlers_.clear();
+        reporting_.reset();
+        platform_.reset();
+    } catch (const xercesc::XMLException& exception) {
+        ReportFatal(Msg::kDisposeXmlException + Platform::Utf16ToUtf8(exception.getMessage()));
+    } catch (...) {
+        ReportFatal(Msg::kDisposeUnexpected);
+    }
+}
+
+xercesc::InputSource* ZXmlParser::resolveEntity(const XMLCh* const /*publicId*/,
+                                                const XMLCh* const systemId) {
+    // The XML library adopts the returned source.
+    auto* source = new xercesc::MemBufInputSource(kNoBytes, 0, Msg::kMemorySystemId, false);
+    if (systemId != nullptr) {
+        source->setSystemId(systemId);
+    }
+    return source;
+}
+
+void ZXmlParser::RegisterHandler(const std::shared_ptr<IXmlElementHandler>& handler) {
+    if (!handler || handler->GetTagName() == nullptr) {
+        return;
+    }
+    handlers_.emplace(Platform::WideString(handler->GetTagName()), handler);
+}
+
+void ZXmlParser::UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& handler) {
+    if (!handler || handler->GetTagName() == nullptr) {
+        return;
+    }
+    auto found = handlers_.find(WideView(handler->GetTagName()));
+    if (found != handlers_.end()) {
+        handlers_.erase(found);
+    }
+}
+
+void ZXmlParser::SetReporting(std::shared_ptr<IReporting> reporting) {
+    reporting_ = std::move(reporting);
+}
+
+void ZXmlParser::ClearReporting() {
+    reporting_.reset();
+}
+
+bool ZXmlParser::WantsLevel(int32_t level) const {
+    return reporting_ && level <= reporting_->GetReportLevel();
+}
+
+void ZXmlParser::ReportError(const std::string& text) {
+    if (reporting_) {
+        reporting_->Error(text);
+    } else {
+        Platform::DebugOutput(Msg::kFallbackError + text + Msg::kLineEnd);
+    }
+}
+
+void ZXmlParser::ReportFatal(const std::string& text) {
+    if (reporting_) {
+        reporting_->Fatal(text);
+    } else {
+        Platform::DebugOutput(Msg::kFallbackFatal + text + Msg::kLineEnd);
+    }
+}
+
+void ZXmlParser::SetFatalError(const std::string& text) {
+    errorSeen_ = true;
+    lastError_ = text;
+    ReportFatal(text);
+}
+
+void ZXmlParser::HandleXmlException(const xercesc::XMLException& exception) {
+    errorSeen_ = true;
+    lastError_ = Platform::Utf16ToUtf8(exception.getMessage());
+    ReportFatal(Msg::kXmlExceptionWhileParsing + lastError_);
+}
+
+bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
+    succeeded_ = false;
+    // A null path is refused without being read; an empty one is reported as such.
+    bool valid = true;
+    if (path == nullptr) {
+        ReportError(Msg::kFileNameNull);
+        valid = false;
+    } else if (path[0] == '\0') {
+        ReportError(Msg::kFileNameEmpty);
+        valid = false;
+    }
+    if (!valid || encoding == nullptr) {
+        SetFatalError(Msg::kArgumentsInvalid);
+        return false;
+    }
+    try {
+        const ZXmlString widePath(path);
+        xercesc::LocalFileInputSource source(widePath.Wide());
+        if (encoding[0] != '\0') {
+            source.setEncoding(ZXmlString(encoding).Wide());
+        }
+        return Parse(source);
+    } catch (const xercesc::XMLException& exception) {
+        HandleXmlException(exception);
+    } catch (...) {
+        SetFatalError(Msg::kUnexpectedException);
+    }
+    return false;
+}
+
+bool ZXmlParser::ParseMemory(const char* data, uint32_t length, const char* encoding) {
+    succeeded_ = false;
+    // Null data is refused without being read; a zero length counts as empty data.
+    bool valid = true;
+    if (data == nullptr) {
+        ReportError(Msg::kStreamNull);
+        valid = false;
+    } else if (length == 0 || data[0] == '\0') {
+        ReportError(Msg::kStreamEmpty);
+        valid = false;
+    }
+    if (!valid || encoding == nullptr) {
+        SetFatalError(Msg::kArgumentsInvalid);
+        return false;
+    }
+    try {
+        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(data), length,
+                                          Msg::kMemorySystemId, false);
+        if (encoding[0] != '\0') {
+            source.setEncoding(ZXmlString(encoding).Wide());
+        }
+        return Parse(source);
+    } catch (const xercesc::XMLException& exception) {
+        HandleXmlException(exception);
+    } catch (...) {
+        SetFatalError(Msg::kUnexpectedException);
+    }
+    return false;
+}
+
+bool ZXmlParser::ParseText(const char* text) {
+    succeeded_ = false;
+    if (!initialized_) {
+        SetFatalError(Msg::kNotInitialized);
+        return false;
+    }
+    if (text == nullptr) {
+        ReportError(Msg::kStreamNull);
+        SetFatalError(Msg::kArgumentsInvalid);
+        return false;
+    }
+    try {
+        // The terminating zero byte goes to the XML library too, as it always has.
+        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), std::strlen(text) + 1,
+                                          Msg::kTextSystemId, false);
+        return Parse(source);
+    } catch (const xercesc::XMLException& exception) {
+        HandleXmlException(exception);
+    } catch (...) {
+        SetFatalError(Msg::kUnexpectedException);
+    }
+    return false;
+}
+
+void ZXmlParser::ResetParseState() {
+    succeeded_ = false;
+    lastError_.clear();
+    errorSeen_ = false;
+    depth_ = 0;
+    skipping_ = false;
+    skippedTag_.clear();
+    currentHandler_.reset();
+    locator_ = nullptr;
+    if (elementStack_ != nullptr) {
+        while (!elementStack_->IsEmpty()) {
+            elementStack_->Pop();
+        }
+    }
+}
+
+bool ZXmlParser::Parse(const xercesc::InputSource& source) {
+    ResetParseState();
+    if (!initialized_) {
+        SetFatalError(Msg::kNotInitialized);
+        return false;
+    }
+    try {
+        // Declared before the parser, which keeps a pointer to it.
+        xercesc::SecurityManager securityManager;
+        securityManager.setEntityExpansionLimit(ReaderLimits::kEntityExpansionLimit);
+        xercesc::SAXParser parser;
+        parser.setDocumentHandler(this);
+        parser.setErrorHandler(this);
+        // Hardening: nothing outside the named document is loaded, and entity expansion is
+        // bounded. Documents without a document type declaration are read unchanged.
+        parser.setEntityResolver(this);
+        parser.setLoadExternalDTD(false);
+        parser.setDisableDefaultEntityResolution(true);
+        parser.setSecurityManager(&securityManager);
+        try {
+            parser.parse(source);
+        } catch (const ParseAborted&) {
+            // Reported where the parse was stopped.
+        } catch (const xercesc::XMLException& exception) {
+            HandleXmlException(exception);
+        } catch (const xercesc::SAXParseException& exception) {
+            fatalError(exception);
+        } catch (...) {
+            SetFatalError(Msg::kUnexpectedException);
+        }
+    } catch (const xercesc::XMLException& exception) {
+        HandleXmlException(exception);
+    } catch (...) {
+        SetFatalError(Msg::kUnexpectedException);
+    }
+    locator_ = nullptr;
+    currentHandler_.reset();
+    if (!errorSeen_) {
+        succeeded_ = true;
+    }
+    return succeeded_;
+}
+
+void ZXmlParser::AbortTooDeep() {
+    std::string text =
+        Msg::kDepthLimitBegin + std::to_string(ReaderLimits::kMaxElementDepth) + Msg::kDepthLimitEnd;
+    errorSeen_ = true;
+    lastError_ = text;
+    if (locator_ != nullptr) {
+        text += Msg::kLinePrefix + std::to_string(locator_->getLineNumber()) + Msg::kColumnPrefix +
+                std::to_string(locator_->getColumnNumber()) + Msg::kPositionEnd;
+    }
+    ReportFatal(text);
+    throw ParseAborted{};
+}
+
+void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {
+    if (++depth_ > ReaderLimits::kMaxElementDepth) {
+        AbortTooDeep();
+    }
+    if (skipping_) {
+        return;
+    }
+    const WideView tag(name);
+    auto found = handlers_.find(tag);
+    if (found == handlers_.end()) {
+        skippedTag_.assign(tag);
+        skipping_ = true;
+        if (WantsLevel(ReportLevelInfo)) {
+            reporting_->Info(Msg::kUnknownTagBegin + Platform::Utf16ToUtf8(name, tag.size()) +
+                             Msg::kUnknownTagEnd);
+        }
+        return;
+    }
+    currentHandler_ = found->second;
+    currentHandler_->StartElement(name, attributes);
+    std::shared_ptr<IXmlElement> element = currentHandler_->GetCurrentElement();
+    if (element && elementStack_ != nullptr) {
+        elementStack_->Push(std::move(element));
+    }
+}
+
+// A known element nested in an unknown one receives its close tag though its open tag was
+// skipped; the tag handlers detect this with their open and close counts.
+void ZXmlParser::endElement(const XMLCh* const name) {
+    if (depth_ > 0) {
+        --depth_;
+    }
+    const WideView tag(name);
+    if (skipping_ && tag == WideView(skippedTag_)) {
+        skipping_ = false;
+        skippedTag_.clear();
+        return;
+    }
+    auto found = handlers_.find(tag);
+    if (found != handlers_.end()) {
+        const std::shared_ptr<IXmlElementHandler> handler = found->second;
+        handler->EndElement(name);
+        if (handler->GetCurrentElement() && elementStack_ != nullptr) {
+            elementStack_->Pop();
+        }
+    }
+    currentHandler_.reset();
+}
+
+// Text after a close tag finds no current handler and is dropped; text inside an unknown
+// element reaches the handler of the last known open tag. Callers rely on both.
+void ZXmlParser::characters(const XMLCh* const chars, const XMLSize_t length) {
+    if (currentHandler_) {
+        currentHandler_->SetText(chars, length);
+    }
+}
+
+void ZXmlParser::setDocumentLocator(const xercesc::Locator* const locator) {
+    locator_ = locator;
+}
+
+std::string ZXmlParser::WithPosition(const xercesc::SAXParseException& exception,
+                                     std::string& message) const {
+    message = Platform::Utf16ToUtf8(exception.getMessage());
+    return message + Msg::kLinePrefix + std::to_string(exception.getLineNumber()) + Msg::kColumnPrefix +
+           std::to_string(exception.getColumnNumber()) + Msg::kPositionEnd;
+}
+
+// A warning does not fail the parse, yet it is reported at ERROR level; callers count it as
+// an error message.
+void ZXmlParser::warning(const xercesc::SAXParseException& exception) {
+    std::string message;
+    ReportError(WithPosition(exception, message));
+}
+
+void ZXmlParser::error(const xercesc::SAXParseException& exception) {
+    std::string message;
+    const std::string text = WithPosition(exception, message);
+    errorSeen_ = true;
+    lastError_ = std::move(message);
+    ReportError(text);
+}
+
+void ZXmlParser::fatalError(const xercesc::SAXParseException& exception) {
+    std::string message;
+    const std::string text = WithPosition(exception, message);
+    errorSeen_ = true;
+    lastError_ = std::move(message);
+    ReportFatal(text);
+}
+
+bool ZXmlParser::ProbeFileEncoding(const char* path, std::string& encoding) {
+    if (path == nullptr) {
+        return false;
+    }
+    try {
+        std::error_code ignored;
+        if (std::filesystem::is_directory(path, ignored)) {
+            return false;
+        }
+        std::ifstream file(path, std::ios::binary);
+        if (!file) {
+            return false;
+        }
+        char bytes[kProbeBytes] = {};
+        file.read(bytes, sizeof bytes);
+        const auto count = static_cast<XMLSize_t>(file.gcount());
+        if (file.bad()) {
+            return false;
+        }
+        const std::shared_ptr<ZXmlPlatformInitializer> platform = AcquireXmlPlatform();
+        const xercesc::XMLRecognizer::Encodings probed =
+            xercesc::XMLRecognizer::basicEncodingProbe(reinterpret_cast<const XMLByte*>(bytes), count);
+        encoding = Platform::Utf16ToUtf8(xercesc::XMLRecognizer::nameForEncoding(probed));
+        return true;
+    } catch (const xercesc::XMLException& exception) {
+        Platform::DebugOutput(Msg::kProbeXmlExceptionBegin + std::string(path) +
+                              Msg::kProbeXmlExceptionMiddle + Platform::Utf16ToUtf8(exception.getMessage()) +
+                              Msg::kLineEnd);
+    } catch (...) {
+        Platform::DebugOutput(Msg::kProbeUnexpectedBegin + std::string(path) + Msg::kProbeUnexpectedEnd);
+    }
+    return false;
+}
+
+}  // namespace Korvel

@@ -1,0 +1,100 @@
+// The generic half of the reader: runs the xerces-c SAX parser over a file, a memory buffer
+// or a text, turns start tags, end tags and character data into calls on the handler
+// registered for each tag, and every parse problem into a message on the reporting sink. It
+// knows nothing of the document format.
+#pragma once
+
+#include "platform/Transcode.h"
+#include "platform/XmlPlatform.h"
+#include "reader/IXmlElementHandler.h"
+#include "reader/IXmlElementStack.h"
+#include "reader/IXmlParser.h"
+#include "reader/IXmlParserUtilsFactory.h"
+
+#include <ZeKL/IReporting.h>
+
+#include <xercesc/sax/HandlerBase.hpp>
+#include <xercesc/sax/InputSource.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Korvel {
+
+class ZXmlParser : public virtual IXmlParser, public xercesc::HandlerBase {
+public:
+    explicit ZXmlParser(std::shared_ptr<IXmlParserUtilsFactory> utilsFactory);
+    ~ZXmlParser() override;
+    ZXmlParser(const ZXmlParser&) = delete;
+    ZXmlParser& operator=(const ZXmlParser&) = delete;
+
+    // External entities and external document type definitions resolve to nothing: the
+    // parser never opens anything but the named document (see ReaderLimits.h).
+    xercesc::InputSource* resolveEntity(const XMLCh* const publicId, const XMLCh* const systemId) override;
+
+    // Parses a zero-terminated text; the terminating zero is handed to the XML library too.
+    bool ParseText(const char* text);
+    // The first handler registered for a tag stays.
+    void RegisterHandler(const std::shared_ptr<IXmlElementHandler>& handler);
+    void UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& handler);
+    void SetReporting(std::shared_ptr<IReporting> reporting);
+    void ClearReporting();
+    bool Parse(const xercesc::InputSource& source);
+    void SetFatalError(const std::string& text);
+    void HandleXmlException(const xercesc::XMLException& exception);
+
+    bool ParseFile(const char* path, const char* encoding) override;
+    bool ParseMemory(const char* data, uint32_t length, const char* encoding) override;
+
+    // Document handler.
+    void startElement(const XMLCh* const name, xercesc::AttributeList& attributes) override;
+    void endElement(const XMLCh* const name) override;
+    void characters(const XMLCh* const chars, const XMLSize_t length) override;
+    void setDocumentLocator(const xercesc::Locator* const locator) override;
+
+    // Error handler.
+    void warning(const xercesc::SAXParseException& exception) override;
+    void error(const xercesc::SAXParseException& exception) override;
+    void fatalError(const xercesc::SAXParseException& exception) override;
+
+    IXmlElementStack* GetElementStack() const { return elementStack_; }
+    const std::shared_ptr<IReporting>& GetReporting() const { return reporting_; }
+    bool Succeeded() const { return succeeded_; }
+    bool IsInitialized() const { return initialized_; }
+    // Raw message of the last error or fatal error of the last parse.
+    const std::string& GetLastError() const { return lastError_; }
+
+    // The encoding the XML library recognises from the first bytes of the file (its own
+    // encoding names). False when the path is null or the file cannot be read.
+    static bool ProbeFileEncoding(const char* path, std::string& encoding);
+
+private:
+    using HandlerMap = std::map<Platform::WideString, std::shared_ptr<IXmlElementHandler>, std::less<>>;
+
+    bool WantsLevel(int32_t level) const;
+    void ReportError(const std::string& text);
+    void ReportFatal(const std::string& text);
+    std::string WithPosition(const xercesc::SAXParseException& exception, std::string& message) const;
+    [[noreturn]] void AbortTooDeep();
+    void ResetParseState();
+
+    std::shared_ptr<ZXmlPlatformInitializer> platform_;
+    std::shared_ptr<IXmlParserUtilsFactory> utilsFactory_;
+    HandlerMap handlers_;
+    IXmlElementStack* elementStack_ = nullptr;
+    std::shared_ptr<IReporting> reporting_;
+    std::shared_ptr<IXmlElementHandler> currentHandler_;
+    Platform::WideString skippedTag_;
+    bool skipping_ = false;
+    bool succeeded_ = false;
+    bool initialized_ = false;
+    bool errorSeen_ = false;
+    std::string lastError_;
+    unsigned depth_ = 0;
+    const xercesc::Locator* locator_ = nullptr;
+};
+
+}  // namespace Korvel

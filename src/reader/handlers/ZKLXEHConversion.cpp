@@ -1,0 +1,89 @@
+#include "reader/handlers/ZKLXEHConversion.h"
+
+#include "reader/handlers/AttributeText.h"
+
+#include <string_view>
+
+namespace Korvel {
+
+namespace Msg = ReaderMessages;
+
+namespace {
+
+using WideView = std::basic_string_view<XMLCh>;
+
+bool HasText(const XMLCh* text) {
+    return text != nullptr && text[0] != 0;
+}
+
+}  // namespace
+
+ZKLXEHConversion::ZKLXEHConversion(const ZKLXEHContext& context, const XMLCh* tagName)
+    : ZKLXEH(tagName, KLTag::Conversion, Msg::kConversionTexts, context) {}
+
+ZKLXEHConversion::~ZKLXEHConversion() = default;
+
+void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
+    CountOpen();
+    const XMLCh* id = nullptr;
+    bool hasFactor = false;
+    bool hasOffset = false;
+    double factor = 0.0;
+    double offset = 0.0;
+    const XMLSize_t count = attributes.getLength();
+    for (XMLSize_t index = 0; index < count; ++index) {
+        const XMLCh* name = attributes.getName(index);
+        if (name == nullptr) {
+            if (Wants(ReportLevelError)) {
+                Report(ReportLevelError,
+                       Msg::kConversionNameFailedBegin + std::to_string(index) + Msg::kNameFailedEnd);
+            }
+            continue;
+        }
+        const WideView attribute(name);
+        const XMLCh* value = attributes.getValue(index);
+        if (attribute == u"id") {
+            if (HasText(value)) {
+                id = value;
+            }
+        } else if (attribute == u"factor") {
+            if (HasText(value)) {
+                factor = AttributeText::Atof(value);
+                hasFactor = true;
+            }
+        } else if (attribute == u"offset") {
+            if (HasText(value)) {
+                offset = AttributeText::Atof(value);
+                hasOffset = true;
+            }
+        }
+    }
+    if (id == nullptr || !hasFactor || !hasOffset) {
+        ReportText(ReportLevelError, Msg::kConversionMissing);
+        AddEmptyElement(tag);
+        return;
+    }
+    if (Ecu() == nullptr) {
+        AddEmptyElement(tag);
+        return;
+    }
+    const std::string idText = Platform::Utf16ToUtf8(id);
+    IConversionContainer* conversions = Ecu()->GetConversionContainer();
+    const uint32_t index = conversions->AddConversion(
+        idText.c_str(), static_cast<uint32_t>(ConversionKind::Formula), factor, offset);
+    IConversion* conversion = index != InvalidIndex ? conversions->GetConversion(index) : nullptr;
+    if (conversion == nullptr) {
+        if (Wants(ReportLevelError)) {
+            Report(ReportLevelError, Msg::kConversionUsedBegin + idText + Msg::kConversionUsedEnd);
+        }
+        AddEmptyElement(tag);
+        return;
+    }
+    AddElement(tag, conversion);
+}
+
+void ZKLXEHConversion::EndElement(const XMLCh* /*tag*/) {
+    CountClose();
+}
+
+}  // namespace Korvel

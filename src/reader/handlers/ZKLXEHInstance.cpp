@@ -1,0 +1,52 @@
+#include "reader/handlers/ZKLXEHInstance.h"
+
+namespace Korvel {
+
+namespace Msg = ReaderMessages;
+
+ZKLXEHInstance::ZKLXEHInstance(const ZKLXEHContext& context, const XMLCh* tagName)
+    : ZKLXEH(tagName, KLTag::Instance, Msg::kInstanceTexts, context) {}
+
+ZKLXEHInstance::~ZKLXEHInstance() = default;
+
+void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
+    CountOpen();
+    const XMLCh* idText = attributes.getValue(u"id");
+    if (idText == nullptr || idText[0] == 0) {
+        ReportText(ReportLevelError, Msg::kInstanceNoId);
+        AddEmptyElement(tag);
+        return;
+    }
+    if (Ecu() == nullptr) {
+        AddEmptyElement(tag);
+        return;
+    }
+    const std::string id = Platform::Utf16ToUtf8(idText);
+    IInstanceContainer* instances = Ecu()->GetInstanceContainer();
+    const uint32_t index = instances->AddInstance(id.c_str());
+    IInstance* instance = index != InvalidIndex ? instances->GetInstance(index) : nullptr;
+    if (instance == nullptr) {
+        // Unlike the other handlers' texts, this one names no reason.
+        if (Wants(ReportLevelError)) {
+            Report(ReportLevelError, Msg::kInstanceAddFailedBegin + id + Msg::kInstanceAddFailedEnd);
+        }
+        AddEmptyElement(tag);
+        return;
+    }
+    AddElement(tag, instance);
+}
+
+void ZKLXEHInstance::EndElement(const XMLCh* /*tag*/) {
+    CountClose();
+    // The frame pops after EndElement, so the top record is still this element's own.
+    auto* instance = dynamic_cast<IInstance*>(TopItem());
+    if (instance == nullptr) {
+        ReportText(ReportLevelFatal, Msg::kInstanceCloseNoInstance);
+        return;
+    }
+    if (!instance->HasNegResponse()) {
+        instance->CreateNegResponse();
+    }
+}
+
+}  // namespace Korvel

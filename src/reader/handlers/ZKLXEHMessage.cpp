@@ -1,0 +1,32 @@
+#include "reader/handlers/ZKLXEHMessage.h"
+
+namespace Korvel {
+
+ZKLXEHMessage::ZKLXEHMessage(const XMLCh* tagName, KLTag countSlot, const ReaderMessages::TagTexts& texts,
+                             const char* noInstanceText, const ZKLXEHContext& context)
+    : ZKLXEH(tagName, countSlot, texts, context), noInstanceText_(noInstanceText) {}
+
+ZKLXEHMessage::~ZKLXEHMessage() = default;
+
+void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
+    CountOpen();
+    IMessage* message = nullptr;
+    if (IModelItem* top = TopItem()) {
+        if (auto* instance = dynamic_cast<IInstance*>(top)) {
+            message = CreateMessage(*instance);
+        } else {
+            ReportText(ReportLevelFatal, noInstanceText_);
+        }
+    }
+    if (message == nullptr) {
+        AddEmptyElement(tag);
+        return;
+    }
+    AddElement(tag, message);
+}
+
+void ZKLXEHMessage::EndElement(const XMLCh* /*tag*/) {
+    CountClose();
+}
+
+}  // namespace Korvel

@@ -1,0 +1,15 @@
+#include "reader/handlers/ZKLXEHNegativeResponse.h"
+
+namespace Korvel {
+
+ZKLXEHNegativeResponse::ZKLXEHNegativeResponse(const ZKLXEHContext& context, const XMLCh* tagName)
+    : ZKLXEHMessage(tagName, KLTag::NegativeResponse, ReaderMessages::kNegativeResponseTexts,
+                    ReaderMessages::kNegativeResponseNoInstance, context) {}
+
+ZKLXEHNegativeResponse::~ZKLXEHNegativeResponse() = default;
+
+IMessage* ZKLXEHNegativeResponse::CreateMessage(IInstance& instance) {
+    return instance.CreateNegResponse();
+}
+
+}  // namespace Korvel

@@ -1,0 +1,19 @@
+// Handler of NEGATIVE_RESPONSE: the negative response message of the instance on top of the stack.
+#pragma once
+
+#include "reader/handlers/KLTags.h"
+#include "reader/handlers/ZKLXEHMessage.h"
+
+namespace Korvel {
+
+class ZKLXEHNegativeResponse : public ZKLXEHMessage {
+public:
+    explicit ZKLXEHNegativeResponse(const ZKLXEHContext& context,
+                                    const XMLCh* tagName = KLTags::kNegativeResponse);
+    ~ZKLXEHNegativeResponse() override;
+
+protected:
+    IMessage* CreateMessage(IInstance& instance) override;
+};
+
+}  // namespace Korvel

@@ -1,0 +1,24 @@
+// Handler of PARAMETER: adds a parameter to the message on top of the stack; a parameter with a
+// missing or invalid attribute is refused with the whole list of its problems in one message.
+#pragma once
+
+#include "reader/handlers/KLTags.h"
+#include "reader/handlers/ZKLXEH.h"
+
+#include <ZeKL/IMessage.h>
+
+namespace Korvel {
+
+class ZKLXEHParameter : public ZKLXEH {
+public:
+    explicit ZKLXEHParameter(const ZKLXEHContext& context, const XMLCh* tagName = KLTags::kParameter);
+    ~ZKLXEHParameter() override;
+    void StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) override;
+    void EndElement(const XMLCh* tag) override;
+
+private:
+    // The new parameter, or null (reported) when an attribute fails or the id is used.
+    IParam* AddParam(IMessage& message, const xercesc::AttributeList& attributes);
+};
+
+}  // namespace Korvel

@@ -1,0 +1,15 @@
+#include "reader/handlers/ZKLXEHRequest.h"
+
+namespace Korvel {
+
+ZKLXEHRequest::ZKLXEHRequest(const ZKLXEHContext& context, const XMLCh* tagName)
+    : ZKLXEHMessage(tagName, KLTag::Request, ReaderMessages::kRequestTexts,
+                    ReaderMessages::kRequestNoInstance, context) {}
+
+ZKLXEHRequest::~ZKLXEHRequest() = default;
+
+IMessage* ZKLXEHRequest::CreateMessage(IInstance& instance) {
+    return instance.CreateRequest();
+}
+
+}  // namespace Korvel
