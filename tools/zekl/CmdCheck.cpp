@@ -55,7 +55,7 @@ int RunCheck(const Words& args) {
         if (message.level <= level) {
             text += Korvel::ReportLevelName(message.level);
             text += ": ";
-            text += message.text;
+            text += OneLine(message.text);
             text += '\n';
         }
     }

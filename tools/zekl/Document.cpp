@@ -94,10 +94,23 @@ uint32_t CountParameters(const Korvel::IEcu& ecu) {
 std::string FirstError(const Korvel::ReportCollector& collector) {
     for (const auto& message : collector.GetMessages()) {
         if (message.level == Korvel::ReportLevelFatal || message.level == Korvel::ReportLevelError) {
-            return message.text;
+            return OneLine(message.text);
         }
     }
     return std::string();
+}
+
+std::string OneLine(const std::string& text) {
+    std::string line = text;
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) {
+        line.pop_back();
+    }
+    for (char& c : line) {
+        if (c == '\n' || c == '\r') {
+            c = ' ';
+        }
+    }
+    return line;
 }
 
 }  // namespace zekl

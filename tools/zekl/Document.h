@@ -24,7 +24,11 @@ std::string WriterEncodingName(const std::string& name);
 // Number of parameters in all messages of all instances.
 uint32_t CountParameters(const Korvel::IEcu& ecu);
 
-// The first FATAL or ERROR message the collector holds; empty when there is none.
+// The first FATAL or ERROR message the collector holds, as one line; empty when there is none.
 std::string FirstError(const Korvel::ReportCollector& collector);
+
+// A message as one line: some of the reader's texts end in a line end of their own (kept
+// there on purpose), which is dropped here; inner line ends become blanks.
+std::string OneLine(const std::string& text);
 
 }  // namespace zekl

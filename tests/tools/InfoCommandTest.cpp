@@ -1,0 +1,86 @@
+// zekl info: protocol, declared encoding and item counts.
+#include <gtest/gtest.h>
+
+#include "ToolRunner.h"
+
+using zekl_test::DataPath;
+using zekl_test::ExamplePath;
+using zekl_test::RunTool;
+
+TEST(InfoCommand, DescribesTheUdsExample) {
+    const std::string path = ExamplePath("uds_ecu.xml");
+    const auto result = RunTool({"info", path});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.err.empty()) << result.err;
+    EXPECT_EQ(result.out, "file:        " + path +
+                              "\n"
+                              "protocol:    UDS\n"
+                              "encoding:    utf-8\n"
+                              "NRCs:        40\n"
+                              "instances:   12\n"
+                              "conversions: 7\n"
+                              "parameters:  98\n"
+                              "messages:    0 errors, 0 warnings\n");
+}
+
+TEST(InfoCommand, DescribesTheKwpExample) {
+    const std::string path = ExamplePath("kwp_ecu.xml");
+    const auto result = RunTool({"info", path});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "file:        " + path +
+                              "\n"
+                              "protocol:    KWP\n"
+                              "encoding:    Windows-1252\n"
+                              "NRCs:        24\n"
+                              "instances:   6\n"
+                              "conversions: 3\n"
+                              "parameters:  47\n"
+                              "messages:    0 errors, 0 warnings\n");
+}
+
+TEST(InfoCommand, DocumentWithoutDeclarationSaysSo) {
+    const auto result = RunTool({"info", DataPath("no_declaration.xml")});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.out.find("encoding:    (none declared)\n"), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find("NRCs:        1\n"), std::string::npos) << result.out;
+}
+
+TEST(InfoCommand, CountsTheMessagesOfDroppedElements) {
+    const auto result = RunTool({"info", DataPath("duplicate_instance.xml")});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_NE(result.out.find("instances:   1\n"), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find("messages:    0 errors"), std::string::npos) << result.out;
+}
+
+TEST(InfoCommand, MissingFileExitsOneNamingIt) {
+    const std::string path = DataPath("no_such_file.xml");
+    const auto result = RunTool({"info", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: cannot read '" + path + "': No such file or directory\n");
+}
+
+TEST(InfoCommand, MalformedDocumentGivesTheParsersFirstError) {
+    const std::string path = DataPath("malformed.xml");
+    const auto result = RunTool({"info", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err.rfind("zekl: cannot read '" + path + "': ", 0), 0u) << result.err;
+    EXPECT_NE(result.err.find("[Line 11, Column "), std::string::npos) << result.err;
+    EXPECT_EQ(zekl_test::Lines(result.err).size(), 1u) << result.err;
+}
+
+TEST(InfoCommand, OtherXmlIsRefused) {
+    const std::string path = DataPath("not_a_description.xml");
+    const auto result = RunTool({"info", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "zekl: cannot read '" + path +
+                  "': not a diagnostic description document (no <ECU element in its first 5 lines)\n");
+}
+
+TEST(InfoCommand, DirectoryIsRefused) {
+    const auto result = RunTool({"info", ZEKL_EXAMPLES_DIR});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err.rfind("zekl: cannot read '", 0), 0u) << result.err;
+}

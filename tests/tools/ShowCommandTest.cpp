@@ -1,0 +1,153 @@
+// zekl show: the instance list and one instance's parameter tables.
+#include <gtest/gtest.h>
+
+#include "ToolRunner.h"
+
+using zekl_test::Cells;
+using zekl_test::DataPath;
+using zekl_test::ExamplePath;
+using zekl_test::Lines;
+using zekl_test::Row;
+using zekl_test::RunTool;
+
+namespace {
+
+using Cells_ = std::vector<std::string>;
+
+// The table printed under `heading` ("REQUEST (3 parameters)" ...), up to the next blank line.
+std::string Section(const std::string& text, const std::string& heading) {
+    std::string section;
+    bool inside = false;
+    for (const std::string& line : Lines(text)) {
+        if (!inside) {
+            inside = line.rfind(heading, 0) == 0;
+            continue;
+        }
+        if (line.empty()) {
+            break;
+        }
+        section += line + "\n";
+    }
+    return section;
+}
+
+std::string ShowInstance(const std::string& document, const std::string& id) {
+    const auto result = RunTool({"show", ExamplePath(document), "--instance", id});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(result.err.empty()) << result.err;
+    return result.out;
+}
+
+}  // namespace
+
+TEST(ShowCommand, ListsEveryInstanceInDocumentOrder) {
+    const auto result = RunTool({"show", ExamplePath("uds_ecu.xml")});
+    EXPECT_EQ(result.exitCode, 0);
+    const auto lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 13u);
+    EXPECT_EQ(Cells(lines[0]), (Cells_{"INSTANCE", "SID", "REQUEST", "RESPONSE", "NEGATIVE_RESPONSE"}));
+    EXPECT_EQ(Cells(lines[1]), (Cells_{"DiagnosticSessionControl_Default", "10", "2", "4", "3"}));
+    EXPECT_EQ(Cells(lines[12]), (Cells_{"WriteDataByIdentifier_IdleSpeedSetpoint", "2E", "3", "2", "3"}));
+}
+
+TEST(ShowCommand, MarksAbsentMessagesWithADash) {
+    const auto result = RunTool({"show", DataPath("missing_conversion.xml")});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(Row(result.out, "ReadDataByIdentifier_OilLevel"),
+              (Cells_{"ReadDataByIdentifier_OilLevel", "-", "-", "2", "0"}));
+}
+
+TEST(ShowCommand, InstanceTablesShowPositionsTypesAndImages) {
+    const std::string out = ShowInstance("uds_ecu.xml", "WriteDataByIdentifier_IdleSpeedSetpoint");
+    EXPECT_EQ(Lines(out)[0], "INSTANCE WriteDataByIdentifier_IdleSpeedSetpoint");
+    const std::string request = Section(out, "REQUEST (3 parameters)");
+    EXPECT_EQ(Cells(Lines(request)[0]), (Cells_{"PARAMETER", "BYTE", "BIT", "LEN", "TYPE", "UNIT",
+                                                "SEMANTICS", "CONVERSION", "VALUE", "IMAGE"}));
+    EXPECT_EQ(Row(request, "SID"),
+              (Cells_{"SID", "0", "0", "8", "unsigned", "-", "SID CONST", "-", "0x2E", "2E"}));
+    EXPECT_EQ(Row(request, "DataIdentifier"), (Cells_{"DataIdentifier", "1", "8", "16", "unsigned", "-",
+                                                      "XID CONST MOTOROLA", "-", "0x0200", "02 00"}));
+    EXPECT_EQ(Row(request, "IdleSpeedSetpoint"),
+              (Cells_{"IdleSpeedSetpoint", "3", "24", "16", "unsigned", "rpm", "MOTOROLA",
+                      "formula EngineSpeed_Formula", "3200", "0C 80"}));
+    const std::string negative = Section(out, "NEGATIVE_RESPONSE (3 parameters)");
+    EXPECT_EQ(Row(negative, "SID_NR"),
+              (Cells_{"SID_NR", "0", "0", "8", "unsigned", "-", "SID_NR CONST", "-", "0x7F", "7F"}));
+    EXPECT_EQ(Row(negative, "NRC"), (Cells_{"NRC", "2", "16", "8", "unsigned", "-", "-", "-", "-", "-"}));
+}
+
+TEST(ShowCommand, IntelOrderImagesAreReversed) {
+    const std::string request =
+        Section(ShowInstance("kwp_ecu.xml", "ReadMemoryByAddress_Calibration"), "REQUEST (3 parameters)");
+    EXPECT_EQ(Row(request, "MemoryAddress"), (Cells_{"MemoryAddress", "1", "8", "24", "unsigned", "-",
+                                                     "CONST", "-", "0x012345", "45 23 01"}));
+    EXPECT_EQ(Row(request, "MemorySize"),
+              (Cells_{"MemorySize", "4", "32", "8", "unsigned", "-", "CONST", "-", "4", "04"}));
+}
+
+TEST(ShowCommand, TextTableConversionsAreNamedAsTables) {
+    const std::string response = Section(ShowInstance("kwp_ecu.xml", "ReadDataByLocalIdentifier_EngineData"),
+                                         "RESPONSE (5 parameters)");
+    EXPECT_EQ(Row(response, "EngineState"), (Cells_{"EngineState", "5", "40", "8", "unsigned", "-", "-",
+                                                    "table EngineState_ValueTable", "-", "-"}));
+    EXPECT_EQ(Row(response, "EngineSpeed"), (Cells_{"EngineSpeed", "2", "16", "16", "unsigned", "rpm", "-",
+                                                    "formula EngineSpeed_Formula", "-", "-"}));
+}
+
+TEST(ShowCommand, RawBytesParameterShowsItsHexValue) {
+    const std::string response =
+        Section(ShowInstance("uds_ecu.xml", "ReadDataByIdentifier_MilStatus"), "RESPONSE");
+    EXPECT_EQ(Row(response, "Reserved"),
+              (Cells_{"Reserved", "4", "32", "8", "none", "-", "GAP", "-", "00", "00"}));
+}
+
+TEST(ShowCommand, UnknownConversionIsMarkedMissing) {
+    const auto result =
+        RunTool({"show", DataPath("missing_conversion.xml"), "--instance", "ReadDataByIdentifier_OilLevel"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(
+        Row(Section(result.out, "RESPONSE"), "OilLevel"),
+        (Cells_{"OilLevel", "3", "24", "8", "unsigned", "mm", "-", "missing OilLevel_Formula", "-", "-"}));
+}
+
+TEST(ShowCommand, NonAsciiUnitsKeepColumnsAligned) {
+    const std::string response =
+        Section(ShowInstance("uds_ecu.xml", "ReadDataByIdentifier_CoolantTemperature"), "RESPONSE");
+    const auto lines = Lines(response);
+    ASSERT_EQ(lines.size(), 4u);
+    // The SEMANTICS column starts at the same character position in every row, "°C" included.
+    const auto semanticsColumn = [](const std::string& line) {
+        size_t characters = 0;
+        size_t cellsSeen = 0;
+        for (size_t i = 0; i < line.size(); ++i) {
+            if ((static_cast<unsigned char>(line[i]) & 0xC0) == 0x80) {
+                continue;
+            }
+            if (i > 1 && line[i] != ' ' && line[i - 1] == ' ' && line[i - 2] == ' ' && ++cellsSeen == 6) {
+                return characters;
+            }
+            ++characters;
+        }
+        return characters;
+    };
+    EXPECT_EQ(semanticsColumn(lines[0]), semanticsColumn(lines[3])) << response;
+    EXPECT_EQ(Row(response, "CoolantTemperature")[5],
+              "\xC2\xB0"
+              "C");
+}
+
+TEST(ShowCommand, UnknownInstanceExitsOne) {
+    const std::string path = ExamplePath("uds_ecu.xml");
+    const auto result = RunTool({"show", path, "--instance", "NoSuchService"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err,
+              "zekl: no instance 'NoSuchService' in '" + path + "' (see 'zekl show " + path + "')\n");
+}
+
+TEST(ShowCommand, RefusedDocumentExitsOne) {
+    const auto result = RunTool({"show", DataPath("malformed.xml")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(Lines(result.err).size(), 1u);
+}

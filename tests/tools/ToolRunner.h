@@ -1,0 +1,46 @@
+// Runs the built zekl binary as a user would and captures what it prints.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zekl_test {
+
+struct ToolResult {
+    int exitCode = -1;
+    std::string out;  // standard output, byte for byte
+    std::string err;  // standard error
+};
+
+// Runs zekl with the arguments; standard output and error go to temporary files.
+ToolResult RunTool(const std::vector<std::string>& args);
+
+// A fresh directory removed with its content when the object dies.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    std::string Path(const std::string& name) const;
+
+private:
+    std::string root_;
+};
+
+std::string ExamplePath(const std::string& name);
+std::string DataPath(const std::string& name);  // below tests/data/tools
+std::string ReadBytes(const std::string& path);
+void WriteBytes(const std::string& path, const std::string& bytes);
+bool FileExists(const std::string& path);
+
+// The lines of a text, without their line ends.
+std::vector<std::string> Lines(const std::string& text);
+
+// Cells of one line of a table printed by zekl (columns are at least two blanks apart).
+std::vector<std::string> Cells(const std::string& line);
+
+// The row of a zekl table whose first cell is `key`; empty when there is none.
+std::vector<std::string> Row(const std::string& table, const std::string& key);
+
+}  // namespace zekl_test
