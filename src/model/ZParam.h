@@ -1,0 +1,71 @@
+// One bit-placed, typed parameter of a diagnostic message. Every attribute is kept as the
+// text of the document; typed views are computed from it on each call.
+#pragma once
+
+#include "model/ZModelItem.h"
+#include "model/ZTextPack.h"
+
+#include <ZeKL/IParam.h>
+
+namespace Korvel {
+
+class ZParam : public ZModelItem, public IParam {
+public:
+    ZParam(const ZParam& other);
+    // Same as Assign.
+    explicit ZParam(const IParam& other);
+    ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, const char* typeName,
+           const char* unit, const char* semantics, const char* convId);
+    // The type and the flags are stored as their texts.
+    ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
+           const char* unit, SemanticsFlags semantics, const char* convId);
+    ZParam& operator=(const ZParam&) = delete;
+    ~ZParam() override;
+
+    void Assign(const IParam& other) override;
+    const char* GetId() const override;
+    void SetId(const char* id) override;
+    void SetBitPos(uint32_t bitPos) override;
+    uint32_t GetBitPos() const override;
+    bool GetBytePosition(uint32_t& byteIndex, uint32_t& bitOffset, uint32_t& bitLength) const override;
+    uint32_t GetByteLength() const override;
+    uint32_t GetBitLength() const override;
+    void SetBitLength(uint32_t bitLength) override;
+    const char* GetDataTypeName() const override;
+    ParamDataType GetDataType() const override;
+    ParamDataType GetCodedDataType() const override;
+    ParamDataType GetPhysicalDataType() const override;
+    void SetDataTypeName(const char* name) override;
+    void SetDataType(ParamDataType type) override;
+    const char* GetUnit() const override;
+    void SetUnit(const char* unit) override;
+    const char* GetValue() const override;
+    ByteBuffer GetValueImage() const override;
+    ByteBuffer GetValueBytes() const override;
+    void SetValue(const char* value) override;
+    SemanticsFlags GetSemanticsFlags() const override;
+    const char* GetSemantics() const override;
+    void SetSemanticsFlags(SemanticsFlags flags) override;
+    void SetSemantics(const char* semantics) override;
+    bool IsMotorola() const override;
+    bool IsConst() const override;
+    bool IsGap() const override;
+    bool IsSid() const override;
+    bool IsXid() const override;
+    const char* GetConvId() const override;
+    void SetConvId(const char* convId) override;
+    uint32_t GetConversionKind() const override;
+    const IConversion* GetConversion() const override;
+
+    void Accept(IConstModelItemVisitor& visitor) const override;
+    void Accept(IConstModelItemVisitor& visitor) override;
+
+private:
+    // One block holds the six texts; getters point into it until the next change.
+    enum Slot { kConvId, kSemantics, kValue, kTypeName, kUnit, kId, kSlotCount };
+    ZTextPack<kSlotCount> m_texts;
+    uint32_t m_bitPos;
+    uint32_t m_bitLen;
+};
+
+}  // namespace Korvel
