@@ -10,6 +10,12 @@
 #include <io.h>
 #include <share.h>
 #include <sys/stat.h>
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
 #include <windows.h>
 
 #include <filesystem>
@@ -47,7 +53,7 @@ bool SyncFile(int fd) {
 bool CloseFile(int fd) {
     return _close(fd) == 0;
 }
-bool ReplaceFile(const std::string& from, const std::string& to) {
+bool MoveOverTarget(const std::string& from, const std::string& to) {
     if (MoveFileExW(Wide(from).c_str(), Wide(to).c_str(),
                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
         return true;
@@ -64,6 +70,10 @@ unsigned long ProcessId() {
 }
 std::string ResolveTarget(const std::string& fileName) {
     return fileName;
+}
+// MoveFileExW refuses a read-only target by itself.
+bool MayReplace(const std::string&) {
+    return true;
 }
 const char* const kSeparators = "/\\";
 #else
@@ -89,7 +99,7 @@ bool SyncFile(int fd) {
 bool CloseFile(int fd) {
     return ::close(fd) == 0;
 }
-bool ReplaceFile(const std::string& from, const std::string& to) {
+bool MoveOverTarget(const std::string& from, const std::string& to) {
     return ::rename(from.c_str(), to.c_str()) == 0;
 }
 void RemoveFile(const std::string& path) {
@@ -117,6 +127,11 @@ std::string ResolveTarget(const std::string& fileName) {
 }
 unsigned long ProcessId() {
     return static_cast<unsigned long>(::getpid());
+}
+// An existing file that may not be written is not replaced either: writing it in place
+// would have failed too.
+bool MayReplace(const std::string& target) {
+    return ::access(target.c_str(), F_OK) != 0 || ::access(target.c_str(), W_OK) == 0;
 }
 const char* const kSeparators = "/";
 #endif
@@ -211,6 +226,9 @@ ZSafeFileOutput::ZSafeFileOutput(const std::string& fileName) : m_stream(nullptr
         throw std::invalid_argument("empty file name");
     }
     m_target = ResolveTarget(fileName);
+    if (!MayReplace(m_target)) {
+        throw std::system_error(EACCES, std::generic_category(), "target is read-only");
+    }
     const std::string folder = FolderOf(m_target);
 
     // A hidden name in the same folder keeps the final rename on one file system.
@@ -244,7 +262,7 @@ uint64_t ZSafeFileOutput::BytesWritten() const {
 void ZSafeFileOutput::Commit() {
     try {
         m_buffer->SyncAndClose();
-        if (!ReplaceFile(m_tempPath, m_target)) {
+        if (!MoveOverTarget(m_tempPath, m_target)) {
             throw LastError("rename");
         }
     } catch (...) {

@@ -237,6 +237,20 @@ TEST(KLWriter_File, ReadOnlyFolderKeepsTheExistingFile) {
     EXPECT_EQ(folder.Entries(), std::vector<std::string>{"doc.xml"});
 }
 
+TEST(KLWriter_File, ReadOnlyFileIsNotReplaced) {
+    if (WriterTest::RunningAsRoot()) {
+        GTEST_SKIP() << "root may write read-only files";
+    }
+    TempFolder folder;
+    const std::string target = folder.File("doc.xml");
+    WriterTest::WriteFileBytes(target, "previous document");
+    ASSERT_EQ(::chmod(target.c_str(), 0444), 0);
+    ZKLWriterImpl writer;
+    EXPECT_EQ(writer.WriteToFile(*WriterTest::MakeSampleEcu(), target.c_str(), "utf-8"), 0u);
+    EXPECT_EQ(ReadFileBytes(target), "previous document");
+    EXPECT_EQ(folder.Entries(), std::vector<std::string>{"doc.xml"});
+}
+
 // Runs `body` with the file size limit set to `limit` bytes: writes beyond it fail as on a
 // full disk (EFBIG), for root as for anybody.
 template <typename Body>
