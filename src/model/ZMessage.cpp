@@ -1,0 +1,129 @@
+#include "model/ZMessage.h"
+
+#include "model/TextOrEmpty.h"
+
+namespace Korvel {
+
+ZMessage::ZMessage(uint32_t kind) : m_kind(kind) {}
+
+ZMessage::ZMessage(const ZMessage& other)
+    : IModelItem(), IContainer(), IMessage(), ZContainerBase(), m_kind(other.m_kind) {
+    AddParamsOf(other);
+}
+
+ZMessage::ZMessage(const IMessage& other) : m_kind(other.GetMessageKind()) {
+    AddParamsOf(other);
+}
+
+ZMessage::~ZMessage() = default;
+
+void ZMessage::AddParamsOf(const IMessage& other) {
+    if (const auto* same = dynamic_cast<const ZMessage*>(&other)) {
+        for (const auto& param : same->m_items) {
+            if (param) {
+                AddParam(*param);
+            }
+        }
+        return;
+    }
+    const uint32_t count = other.GetCount();
+    for (uint32_t index = 0; index < count && index <= static_cast<uint32_t>(INT32_MAX); ++index) {
+        if (const IParam* param = other.GetParam(static_cast<int>(index))) {
+            AddParam(*param);
+        }
+    }
+}
+
+void ZMessage::Assign(const ZMessage& other) {
+    if (&other == this) {
+        return;
+    }
+    m_kind = other.m_kind;
+    AddParamsOf(other);
+}
+
+IParam* ZMessage::FindParamBySemantics(SemanticsFlags flags) {
+    for (const auto& param : m_items) {
+        if (param && (param->GetSemanticsFlags() & flags) == flags) {
+            return param.get();
+        }
+    }
+    return nullptr;
+}
+
+uint32_t ZMessage::GetMessageKind() const {
+    return m_kind;
+}
+
+uint32_t ZMessage::AddParam(const IParam& param) {
+    return EmplaceItem(param.GetId(), param);
+}
+
+uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
+                            ParamDataType type, const char* unit, SemanticsFlags semantics,
+                            const char* convId) {
+    id = TextOrEmpty(id);
+    return EmplaceItem(id, id, bitPos, bitLen, value, type, unit, semantics, convId);
+}
+
+uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
+                            const char* typeName, const char* unit, const char* semantics,
+                            const char* convId) {
+    id = TextOrEmpty(id);
+    return EmplaceItem(id, id, bitPos, bitLen, value, typeName, unit, semantics, convId);
+}
+
+// The new parameter's id is deliberately not mapped here: callers replace several parameters
+// and then call ReindexParams once, and until then the new id is not found by id.
+bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {
+    if (index >= GetCount()) {
+        return false;
+    }
+    auto replacement = std::make_unique<ZParam>(param);
+    if (const ZParam* old = m_items[index].get()) {
+        const auto found = m_index.find(old->GetId());
+        if (found != m_index.end()) {
+            m_index.erase(found);
+        }
+    }
+    ReplaceItemAt(index, std::move(replacement));
+    return true;
+}
+
+bool ZMessage::ForParam(uint32_t index, IParamCallback& callback) {
+    ZParam* param = ItemAt(index);
+    if (param == nullptr) {
+        return false;
+    }
+    callback.OnParam(param);
+    return true;
+}
+
+const IParam* ZMessage::GetParam(const char* id) const {
+    return FindItem(TextOrEmpty(id));
+}
+
+IParam* ZMessage::GetParam(const char* id) {
+    return FindItem(TextOrEmpty(id));
+}
+
+const IParam* ZMessage::GetParam(int index) const {
+    return index < 0 ? nullptr : ItemAt(static_cast<uint32_t>(index));
+}
+
+IParam* ZMessage::GetParam(int index) {
+    return index < 0 ? nullptr : ItemAt(static_cast<uint32_t>(index));
+}
+
+// A repeated id ends up mapped to its last position.
+void ZMessage::ReindexParams() {
+    m_index.clear();
+    const uint32_t count = GetCount();
+    for (uint32_t index = 0; index < count; ++index) {
+        if (const ZParam* param = m_items[index].get()) {
+            m_index.insert_or_assign(std::string(param->GetId()), index);
+        }
+    }
+}
+
+}  // namespace Korvel

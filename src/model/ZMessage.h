@@ -1,0 +1,53 @@
+// Common part of the three messages of a service instance: parameters in order of addition,
+// keyed by parameter id.
+#pragma once
+
+#include "model/ZContainerBase.h"
+#include "model/ZParam.h"
+
+#include <ZeKL/IMessage.h>
+
+#include <string>
+
+namespace Korvel {
+
+class ZMessage : public ZContainerBase<std::string, ZParam>, public virtual IMessage {
+public:
+    ZMessage& operator=(const ZMessage&) = delete;
+    ~ZMessage() override;
+
+    // Copies the kind, then adds copies of the other's parameters in order by the AddParam rule
+    // (nothing is cleared first, so ids already present are skipped). Self-assignment changes
+    // nothing.
+    virtual void Assign(const ZMessage& other);
+    // The first parameter, in order, whose flags hold every bit of `flags`; null when none.
+    virtual IParam* FindParamBySemantics(SemanticsFlags flags);
+
+    uint32_t GetMessageKind() const override;
+    uint32_t AddParam(const IParam& param) override;
+    uint32_t AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
+                      const char* unit, SemanticsFlags semantics, const char* convId) override;
+    uint32_t AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
+                      const char* typeName, const char* unit, const char* semantics,
+                      const char* convId) override;
+    bool ReplaceParam(uint32_t index, const IParam& param) override;
+    bool ForParam(uint32_t index, IParamCallback& callback) override;
+    const IParam* GetParam(const char* id) const override;
+    IParam* GetParam(const char* id) override;
+    const IParam* GetParam(int index) const override;
+    IParam* GetParam(int index) override;
+    void ReindexParams() override;
+
+protected:
+    explicit ZMessage(uint32_t kind);
+    // Deep copies: the kind and every parameter, in order.
+    ZMessage(const ZMessage& other);
+    explicit ZMessage(const IMessage& other);
+
+private:
+    void AddParamsOf(const IMessage& other);
+
+    uint32_t m_kind;
+};
+
+}  // namespace Korvel

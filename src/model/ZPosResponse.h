@@ -1,0 +1,23 @@
+// The positive response message of a service instance.
+#pragma once
+
+#include "model/ZMessage.h"
+
+namespace Korvel {
+
+class ZPosResponse : public ZMessage, public IPosResponse {
+public:
+    ZPosResponse();
+    ZPosResponse(const ZPosResponse& other);
+    explicit ZPosResponse(const IPosResponse& other);
+    ZPosResponse& operator=(const ZPosResponse&) = delete;
+    ~ZPosResponse() override;
+
+    // The first parameter whose semantics contain "SID", or null.
+    IParam* GetSidParam() override;
+
+    void Accept(IConstModelItemVisitor& visitor) const override;
+    void Accept(IConstModelItemVisitor& visitor) override;
+};
+
+}  // namespace Korvel
