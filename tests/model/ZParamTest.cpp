@@ -232,3 +232,47 @@ TEST(Param_Accept, ReachesTheParameterOperation) {
 
 }  // namespace
 }  // namespace Korvel
+
+namespace Korvel {
+namespace {
+
+// Type names are read by their first two letters only, so "undefined" reads back as
+// Unsigned; documents written by older tools rely on this short-cut, so it is kept.
+TEST(Param_DataTypeName, UndefinedReadsBackAsUnsigned) {
+    ZParam param("P", 0, 8, "", "undefined", "", "", "");
+    EXPECT_EQ(param.GetDataType(), ParamDataType::Unsigned);
+    param.SetDataType(ParamDataType::Undefined);
+    EXPECT_STREQ(param.GetDataTypeName(), "undefined");
+    EXPECT_EQ(param.GetDataType(), ParamDataType::Unsigned);
+}
+
+// GetCodedDataType goes through the virtual GetDataType, so a derived parameter that refines
+// the type is seen by both.
+TEST(Param_GetCodedDataType, UsesTheVirtualGetDataType) {
+    struct BcdParam : ZParam {
+        BcdParam() : ZParam("P", 0, 8, "", "unsigned", "", "", "") {}
+        ParamDataType GetDataType() const override { return ParamDataType::Bcd; }
+    } param;
+    EXPECT_EQ(param.GetCodedDataType(), ParamDataType::Bcd);
+}
+
+// Signed values have no lower bound by byte length: the low byte is written.
+TEST(Param_ValueBytes, WritesTheLowByteOfALargeNegativeSignedValue) {
+    ZParam param("P", 0, 8, "-1000", "signed", "", "", "");
+    EXPECT_EQ(param.GetValueBytes(), (ByteBuffer{0x18}));
+}
+
+TEST(Param_ValueBytes, PadsAsciiWithZeroBytesAndReversesForIntel) {
+    ZParam param("P", 0, 40, "abc", "ascii", "", "MOTOROLA", "");
+    EXPECT_EQ(param.GetValueImage(), (ByteBuffer{'a', 'b', 'c', 0, 0}));
+    param.SetSemantics("");
+    EXPECT_EQ(param.GetValueImage(), (ByteBuffer{0, 0, 'c', 'b', 'a'}));
+}
+
+TEST(Param_ValueBytes, ReadsNoneValuesAsHexText) {
+    ZParam param("P", 0, 24, "0x12 0x3", "none", "", "MOTOROLA", "");
+    EXPECT_EQ(param.GetValueBytes(), (ByteBuffer{0x12, 0x03, 0x00}));
+}
+
+}  // namespace
+}  // namespace Korvel
