@@ -142,7 +142,9 @@ TEST(RoundTrip_Model, LettersComeBackInEveryEncoding) {
     ecu->GetNrcContainer()->AddNrc(uint8_t{1}, text);
     for (const char* encoding : {"utf-8", "Windows-1252", "other", ""}) {
         SCOPED_TRACE(encoding);
-        std::unique_ptr<IEcu> back = GetKLReader().ReadText(WriteText(*ecu, encoding), "");
+        // A name the XML parser does not know is overridden by the bytes' real encoding.
+        const char* readAs = std::string(encoding) == "other" ? "UTF-8" : "";
+        std::unique_ptr<IEcu> back = GetKLReader().ReadText(WriteText(*ecu, encoding), readAs);
         ASSERT_NE(back, nullptr);
         ASSERT_EQ(back->GetNrcContainer()->GetCount(), 1u);
         EXPECT_STREQ(back->GetNrcContainer()->GetNrc(0u)->GetText(), text);
