@@ -122,9 +122,12 @@ TEST(HostileEncodings, BrokenUtf16GivesNullOrValidUtf8) {
         ExpectNullOrValidUtf8(*ReadBytes(document), Hex(unit));
         ExpectNullOrValidUtf8(*ReadBytes(document, "UTF-16"), Hex(unit));
     }
-    // Odd byte count: the last character is cut in half.
-    ExpectNullOrValidUtf8(*ReadBytes(valid.substr(0, valid.size() - 1)), "odd length");
-    EXPECT_EQ(ReadBytes(valid.substr(0, valid.size() - 1))->ecu, nullptr);
+    // Odd byte count: the end tag loses half of its last character.
+    const std::string cut = valid.substr(0, valid.rfind(std::string(">\0", 2)) + 1);
+    ExpectNullOrValidUtf8(*ReadBytes(cut), "odd length");
+    EXPECT_EQ(ReadBytes(cut)->ecu, nullptr);
+    // A trailing half character after the complete document is ignored or refused, never a crash.
+    ExpectNullOrValidUtf8(*ReadBytes(valid.substr(0, valid.size() - 1)), "odd length after the end");
 }
 
 TEST(HostileEncodings, DeclaredUtf16WithSingleByteContentIsRefused) {

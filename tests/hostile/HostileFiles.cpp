@@ -18,16 +18,18 @@ std::unique_ptr<IEcu> ReadSample() {
 
 // An ECU whose document is far larger than the small one written first.
 std::unique_ptr<IEcu> BigEcu() {
-    std::unique_ptr<IEcu> ecu = GetFactory().CreateEcu();
+    std::string document = "<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>";
     const std::string text(200, 't');
     for (int code = 0; code < 256; ++code) {
-        ecu->GetNrcContainer()->AddNrc(static_cast<uint8_t>(code), text.c_str());
+        document += "<MAP nrc=\"" + std::to_string(code) + "\" text=\"" + text + "\"/>";
     }
+    document += "</NEGATIVE_RESPONSE_CODES>";
     for (int i = 0; i < 500; ++i) {
-        ecu->GetInstanceContainer()->AddInstance(
-            ("Instance_" + std::to_string(i) + std::string(100, 'i')).c_str());
+        document += "<INSTANCE id=\"Instance_" + std::to_string(i) + std::string(100, 'i') + "\"/>";
     }
-    return ecu;
+    document += "</ECU>";
+    auto result = ReadBytes(document);
+    return std::move(result->ecu);
 }
 
 std::vector<std::string> FolderEntries(const std::filesystem::path& folder) {
@@ -177,6 +179,7 @@ TEST(HostileFiles, WriteThatRunsOutOfSpaceFailsAndKeepsTheDocument) {
     ScratchFolder folder;
     ASSERT_TRUE(folder.Valid());
     auto ecu = BigEcu();
+    ASSERT_NE(ecu, nullptr);
     const std::filesystem::path target = folder / "doc.xml";
     auto small = ReadSample();
     ASSERT_NE(small, nullptr);

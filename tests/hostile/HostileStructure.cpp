@@ -189,3 +189,18 @@ TEST(HostileStructure, SampleCutAtEveryByteFromAFileGivesNullOrAModel) {
         EXPECT_EQ(result->ecu != nullptr, length >= complete) << "prefix of " << length << " bytes";
     }
 }
+
+TEST(HostileStructure, ZeroLengthAndNullDataAreRefusedWithoutBeingRead) {
+    // A zero-length allocation: reading even its first byte would be out of bounds.
+    const std::unique_ptr<char[]> empty(new char[0]);
+    ReportCollector report;
+    EXPECT_EQ(GetKLReader().ReadMemory(empty.get(), 0, "", report), nullptr);
+    EXPECT_GT(report.GetErrorCount(), 0u);
+    ReportCollector nullReport;
+    EXPECT_EQ(GetKLReader().ReadMemory(nullptr, 100, "", nullReport), nullptr);
+    EXPECT_GT(nullReport.GetErrorCount(), 0u);
+    ReportCollector nullEncoding;
+    EXPECT_EQ(GetKLReader().ReadMemory(SampleDocument().data(),
+                                       static_cast<uint32_t>(SampleDocument().size()), nullptr, nullEncoding),
+              nullptr);
+}
