@@ -1,0 +1,40 @@
+#include "reader/handlers/AttributeText.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using Korvel::AttributeText::Atof;
+using Korvel::AttributeText::Atol;
+
+TEST(AttributeText_Atol, ReadsLikeTheCLibrary) {
+    EXPECT_EQ(Atol(u"42"), 42);
+    EXPECT_EQ(Atol(u"  \t-17xyz"), -17);
+    EXPECT_EQ(Atol(u"+5"), 5);
+    EXPECT_EQ(Atol(u"0x21"), 0);
+    EXPECT_EQ(Atol(u"abc"), 0);
+    EXPECT_EQ(Atol(u""), 0);
+    EXPECT_EQ(Atol(u"- 5"), 0);
+    EXPECT_EQ(Atol(nullptr), 0);
+}
+
+TEST(AttributeText_Atol, SaturatesBeyondThe32BitRange) {
+    EXPECT_EQ(Atol(u"2147483647"), 2147483647);
+    EXPECT_EQ(Atol(u"2147483648"), 2147483647);
+    EXPECT_EQ(Atol(u"99999999999999999999999"), 2147483647);
+    EXPECT_EQ(Atol(u"-2147483648"), -2147483647 - 1);
+    EXPECT_EQ(Atol(u"-99999999999999999999"), -2147483647 - 1);
+}
+
+TEST(AttributeText_Atof, ReadsLikeTheCLibrary) {
+    EXPECT_DOUBLE_EQ(Atof(u"1e-3"), 0.001);
+    EXPECT_DOUBLE_EQ(Atof(u"1,5"), 1.0);
+    EXPECT_DOUBLE_EQ(Atof(u"abc"), 0.0);
+    EXPECT_DOUBLE_EQ(Atof(u"  -2.5"), -2.5);
+    EXPECT_DOUBLE_EQ(Atof(u"+.5"), 0.5);
+    EXPECT_DOUBLE_EQ(Atof(u"0x10"), 16.0);
+    EXPECT_DOUBLE_EQ(Atof(u"+-1"), 0.0);
+    EXPECT_DOUBLE_EQ(Atof(u"3.25\u00e9"), 3.25);
+    EXPECT_TRUE(std::isinf(Atof(u"1e999")));
+    EXPECT_DOUBLE_EQ(Atof(nullptr), 0.0);
+}

@@ -1,0 +1,272 @@
+#include "reader/ZKLReaderImpl.h"
+#include "reader/ZKLXmlParser.h"
+
+#include "DebugCapture.h"
+#include "ReaderFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace Korvel;
+using ReaderTest::DebugCapture;
+
+namespace {
+
+std::string TempFile(const std::string& name, const std::string& content) {
+    const std::string path = ::testing::TempDir() + name;
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
+
+bool HasFatal(const ReportCollector& sink) {
+    for (const ReadMessage& message : sink.GetMessages()) {
+        if (message.level == ReportLevelFatal) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const char kDocument[] =
+    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+    "<ECU protocol=\"KWP\">\n"
+    " <NEGATIVE_RESPONSE_CODES>\n"
+    "  <MAP nrc=\"16\" text=\"generalReject\"/>\n"
+    " </NEGATIVE_RESPONSE_CODES>\n"
+    " <INSTANCE id=\"Read\">\n"
+    "  <REQUEST>\n"
+    "   <PARAMETER id=\"SID\" bitPos=\"0\" bitLen=\"8\" type=\"none\" unit=\"\" value=\"22\" semantics=\"SID "
+    "CONST\" "
+    "convId=\"\"/>\n"
+    "  </REQUEST>\n"
+    " </INSTANCE>\n"
+    " <CONVERSION id=\"c\" factor=\"1.0\" offset=\"0.0\">\n"
+    "  <MAP val=\"0\" text=\"off\" />\n"
+    " </CONVERSION>\n"
+    "</ECU>\n";
+
+}  // namespace
+
+TEST(ZKLReaderImpl_Read, TextGivesTheWholeModel) {
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(kDocument, "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ecu->GetProtocol(), ProtocolKwp);
+    EXPECT_EQ(ecu->GetNrcContainer()->GetCount(), 1u);
+    ASSERT_EQ(ecu->GetInstanceContainer()->GetCount(), 1u);
+    const IInstance* instance = ecu->GetInstanceContainer()->GetInstance(0u);
+    EXPECT_EQ(instance->GetRequest()->GetCount(), 1u);
+    EXPECT_TRUE(instance->HasNegResponse());
+    const IConversion* conversion = ecu->GetConversionContainer()->GetConversion(0u);
+    ASSERT_NE(conversion, nullptr);
+    EXPECT_EQ(conversion->GetType(), static_cast<uint32_t>(ConversionKind::ValueTable));
+}
+
+TEST(ZKLReaderImpl_Read, FileAndMemoryGiveTheSameModel) {
+    ZKLReaderImpl reader;
+    const std::string path = TempFile("reader_doc.xml", kDocument);
+    std::unique_ptr<IEcu> fromFile = reader.ReadFile(path.c_str(), "");
+    std::unique_ptr<IEcu> fromMemory = reader.ReadMemory(kDocument, sizeof kDocument - 1, "");
+    ASSERT_NE(fromFile, nullptr);
+    ASSERT_NE(fromMemory, nullptr);
+    EXPECT_EQ(fromFile->GetInstanceContainer()->GetCount(), fromMemory->GetInstanceContainer()->GetCount());
+    EXPECT_EQ(fromFile->GetProtocol(), fromMemory->GetProtocol());
+}
+
+TEST(ZKLReaderImpl_Read, SampleDocumentsAreReadWithoutFaults) {
+    ZKLReaderImpl reader;
+    for (const char* name : {"/uds_ecu.xml", "/kwp_ecu.xml"}) {
+        ReportCollector sink(ReportLevelWarn);
+        const std::string path = std::string(ZEKL_EXAMPLES_DIR) + name;
+        std::unique_ptr<IEcu> ecu = reader.ReadFile(path.c_str(), "", sink);
+        ASSERT_NE(ecu, nullptr) << path;
+        EXPECT_EQ(sink.GetErrorCount(), 0u) << path;
+        EXPECT_EQ(sink.GetWarningCount(), 0u) << path;
+        EXPECT_GT(ecu->GetInstanceContainer()->GetCount(), 0u) << path;
+    }
+}
+
+TEST(ZKLReaderImpl_Read, OwnSinkHandlesOnlyErrorsAndFatals) {
+    ZKLReaderImpl reader;
+    DebugCapture capture;
+    std::unique_ptr<IEcu> ecu = reader.ReadText("<ECU><UNKNOWN/><INSTANCE/></ECU>", "");
+    ASSERT_NE(ecu, nullptr);
+    const std::vector<std::string> expected{
+        "ERROR: OpenTag >> INSTANCE element: Couldn't create a DiagServiceInstance for current element "
+        "because no ID "
+        "is configured!\n",
+        "FATAL: CloseTag >> INSTANCE element: The top element on the XmlElement stack does not contain an "
+        "IInstance "
+        "item!\n"};
+    EXPECT_EQ(capture.Lines(), expected);
+}
+
+TEST(ZKLReaderImpl_Read, CallersSinkReceivesMessagesByItsOwnLevel) {
+    ZKLReaderImpl reader;
+    ReportCollector sink(ReportLevelInfo);
+    std::unique_ptr<IEcu> ecu = reader.ReadText("<ECU><UNKNOWN/></ECU>", "", sink);
+    ASSERT_NE(ecu, nullptr);
+    ASSERT_EQ(sink.GetMessages().size(), 1u);
+    EXPECT_EQ(sink.GetMessages()[0].level, ReportLevelInfo);
+    EXPECT_EQ(sink.GetMessages()[0].text, "ZXmlParser::startElement >> Unknown tag 'UNKNOWN'");
+}
+
+TEST(ZKLReaderImpl_Read, FaultyElementsDoNotFailTheRead) {
+    ZKLReaderImpl reader;
+    ReportCollector sink;
+    std::unique_ptr<IEcu> ecu =
+        reader.ReadText("<ECU><INSTANCE id=\"a\"/><INSTANCE id=\"a\"/><REQUEST/></ECU>", "", sink);
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_GT(sink.GetErrorCount(), 0u);
+    EXPECT_EQ(ecu->GetInstanceContainer()->GetCount(), 1u);
+}
+
+TEST(ZKLReaderImpl_Read, MalformedInputGivesNullAndAFatalMessage) {
+    ZKLReaderImpl reader;
+    const std::vector<std::string> documents{
+        "<ECU>",
+        "<ECU><INSTANCE id=\"a\"></ECU>",
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ECU protocol=\"\xC3\x28\"/>",
+        std::string("<ECU>\0</ECU>", 12),
+        std::string("\0\0\0\0", 4),
+        "",
+        "not xml at all",
+        "<ECU/>trailing<",
+    };
+    for (const std::string& document : documents) {
+        ReportCollector sink;
+        EXPECT_EQ(reader.ReadText(document, "", sink), nullptr) << document;
+        EXPECT_TRUE(HasFatal(sink)) << document;
+    }
+}
+
+TEST(ZKLReaderImpl_Read, MissingOrBadFileGivesNullAndAFatalMessage) {
+    ZKLReaderImpl reader;
+    for (const char* path : {"/nonexistent/dir/ecu.xml", "", "/"}) {
+        ReportCollector sink;
+        EXPECT_EQ(reader.ReadFile(path, "", sink), nullptr) << path;
+        EXPECT_TRUE(HasFatal(sink)) << path;
+    }
+    ReportCollector sink;
+    EXPECT_EQ(reader.ReadFile(nullptr, "", sink), nullptr);
+    EXPECT_EQ(reader.ReadFile("x.xml", nullptr, sink), nullptr);
+    EXPECT_EQ(reader.ReadMemory(nullptr, 5, "", sink), nullptr);
+    EXPECT_EQ(reader.ReadMemory("<ECU/>", 6, nullptr, sink), nullptr);
+    EXPECT_TRUE(HasFatal(sink));
+}
+
+TEST(ZKLReaderImpl_Read, UnknownEncodingGivesNull) {
+    ZKLReaderImpl reader;
+    ReportCollector sink;
+    EXPECT_EQ(reader.ReadText("<ECU/>", "no-such-encoding", sink), nullptr);
+    EXPECT_TRUE(HasFatal(sink));
+}
+
+TEST(ZKLReaderImpl_Read, EncodingArgumentOverridesTheDeclaration) {
+    ZKLReaderImpl reader;
+    const std::string document =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><ECU><NEGATIVE_RESPONSE_CODES><MAP nrc=\"1\" "
+        "text=\"\xE9\"/>"
+        "</NEGATIVE_RESPONSE_CODES></ECU>";
+    EXPECT_EQ(reader.ReadText(document, ""), nullptr);
+    std::unique_ptr<IEcu> ecu = reader.ReadText(document, "ISO-8859-1");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_STREQ(ecu->GetNrcContainer()->GetNrc(uint8_t{1})->GetText(), "\xC3\xA9");
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, LooksAtTheFirstFiveLinesOnly) {
+    ZKLReaderImpl reader;
+    const std::string onLine5 = TempFile("korvel5.xml", "1\n2\n3\n4\n<ECU/>\n");
+    const std::string onLine6 = TempFile("korvel6.xml", "1\n2\n3\n4\n5\n<ECU/>\n");
+    EXPECT_TRUE(reader.IsKorvelFile(onLine5.c_str()));
+    EXPECT_FALSE(reader.IsKorvelFile(onLine6.c_str()));
+    EXPECT_TRUE(reader.IsKorvelText("1\n2\n3\n4\n5\n<ECU/>\n"));
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, AcceptsAnyTextHoldingTheMarker) {
+    ZKLReaderImpl reader;
+    const std::string longer = TempFile("korvel_longer.xml", "<ECUS/>");
+    const std::string comment =
+        TempFile("korvel_comment.xml", "<?xml version=\"1.0\"?>\n<!-- <ECU -->\n<X/>");
+    EXPECT_TRUE(reader.IsKorvelFile(longer.c_str()));
+    EXPECT_TRUE(reader.IsKorvelFile(comment.c_str()));
+    EXPECT_FALSE(reader.IsKorvelText("<ecu/>"));
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, GivesVersionAndDeclaredEncoding) {
+    ZKLReaderImpl reader;
+    const std::string path = TempFile(
+        "korvel_decl.xml", "<?xml version=\"1.0\" encoding=\"Windows-1252\"?>\n<ECU protocol=\"UDS\">\n");
+    std::string version;
+    std::string encoding;
+    EXPECT_TRUE(reader.IsKorvelFile(path.c_str(), version, encoding));
+    EXPECT_EQ(version, "1.0");
+    EXPECT_EQ(encoding, "Windows-1252");
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, UnreadablePathIsFalseWithOutputsUntouched) {
+    ZKLReaderImpl reader;
+    std::string version = "v";
+    std::string encoding = "e";
+    EXPECT_FALSE(reader.IsKorvelFile("/nonexistent/file.xml", version, encoding));
+    EXPECT_FALSE(reader.IsKorvelFile(nullptr, version, encoding));
+    EXPECT_FALSE(reader.IsKorvelFile("/"));
+    EXPECT_EQ(version, "v");
+    EXPECT_EQ(encoding, "e");
+}
+
+TEST(ZKLReaderImpl_IsKorvelText, DoubleQuotedEncodingWinsOverSingleQuoted) {
+    ZKLReaderImpl reader;
+    std::string version;
+    std::string encoding;
+    EXPECT_TRUE(reader.IsKorvelText("<?xml encoding='latin1' encoding=\"UTF-8\"?><ECU/>", version, encoding));
+    EXPECT_EQ(encoding, "UTF-8");
+    EXPECT_EQ(version, "1.0");
+    encoding.clear();
+    EXPECT_TRUE(reader.IsKorvelText("<?xml version='1.0' encoding='latin1'?><ECU/>", version, encoding));
+    EXPECT_EQ(encoding, "latin1");
+}
+
+TEST(ZKLReaderImpl_IsKorvelText, EncodingOutsideTheDeclarationIsIgnored) {
+    ZKLReaderImpl reader;
+    std::string version = "v";
+    std::string encoding = "e";
+    EXPECT_FALSE(reader.IsKorvelText("<?xml version=\"1.0\"?><X encoding=\"UTF-8\"/>", version, encoding));
+    EXPECT_EQ(encoding, "e");
+    EXPECT_EQ(version, "v");
+    EXPECT_FALSE(reader.IsKorvelText(""));
+}
+
+TEST(ZKLReaderImpl_GetFileEncoding, NullPathIsFalseWithOutputUntouched) {
+    ZKLReaderImpl reader;
+    std::string encoding = "untouched";
+    EXPECT_FALSE(reader.GetFileEncoding(nullptr, encoding));
+    EXPECT_FALSE(reader.GetFileEncoding("/nonexistent/file.xml", encoding));
+    EXPECT_EQ(encoding, "untouched");
+}
+
+TEST(ZKLReaderImpl_GetFileEncoding, RecognisesTheFirstBytes) {
+    ZKLReaderImpl reader;
+    const std::string path = TempFile("encoding_probe.xml", kDocument);
+    std::string encoding;
+    EXPECT_TRUE(reader.GetFileEncoding(path.c_str(), encoding));
+    EXPECT_EQ(encoding, "UTF-8");
+}
+
+TEST(ZKLReaderImpl_NoSink, HandlersRunEveryPathWithoutReporting) {
+    ZKLXmlParser parser;
+    ZKLReaderImpl::RegisterHandlers(parser, nullptr);
+    DebugCapture capture;
+    const std::string document =
+        "<ECU><INSTANCE/><INSTANCE id=\"a\"/><INSTANCE id=\"a\"><REQUEST><PARAMETER/></REQUEST></INSTANCE>"
+        "<REQUEST/><CONVERSION id=\"c\"/><CONVERSION id=\"d\" factor=\"1\" offset=\"0\"><MAP val=\"1\" "
+        "text=\"a\"/>"
+        "<MAP val=\"1\" text=\"a\"/><MAP val=\"\" text=\"\"/><MAP/></CONVERSION><NEGATIVE_RESPONSE_CODES>"
+        "<MAP nrc=\"300\" text=\"\"/><MAP nrc=\"0\" text=\"\"/><MAP val=\"1\" "
+        "text=\"\"/></NEGATIVE_RESPONSE_CODES>"
+        "<X><PARAMETER/></X></ECU>";
+    EXPECT_TRUE(parser.ParseMemory(document.data(), static_cast<uint32_t>(document.size()), ""));
+    EXPECT_TRUE(capture.Lines().empty());
+    EXPECT_EQ(parser.GetEcu()->GetInstanceContainer()->GetCount(), 1u);
+}

@@ -1,0 +1,175 @@
+#include "reader/handlers/ZKLXEH.h"
+
+#include "ReaderFixture.h"
+#include "model/ZNotSupportedItem.h"
+
+#include <gtest/gtest.h>
+
+using namespace Korvel;
+using ReaderTest::FakeAttributes;
+
+namespace {
+
+class ProbeHandler : public ZKLXEH {
+public:
+    explicit ProbeHandler(const ZKLXEHContext& context)
+        : ZKLXEH(u"PROBE", KLTag::Map, ReaderMessages::kMapTexts, context) {}
+    void StartElement(const XMLCh*, xercesc::AttributeList&) override { CountOpen(); }
+    void EndElement(const XMLCh*) override { CountClose(); }
+    using ZKLXEH::AddElement;
+    using ZKLXEH::AddEmptyElement;
+};
+
+class ZKLXEHTest : public ::testing::Test {
+protected:
+    ZKLXEHTest() {
+        context.reporting = sink;
+        context.elementStack = &stack;
+    }
+    std::shared_ptr<ReportCollector> sink = std::make_shared<ReportCollector>(ReportLevelDebug);
+    ZKLXmlElementStack stack;
+    ZKLXEHContext context;
+};
+
+}  // namespace
+
+TEST_F(ZKLXEHTest, CurrentElement_IsNullBeforeTheFirstRecord) {
+    ProbeHandler handler(context);
+    EXPECT_EQ(handler.GetCurrentElement(), nullptr);
+}
+
+TEST_F(ZKLXEHTest, AddElement_MakesARecordNamedByTheTagThatRefersToTheItem) {
+    ProbeHandler handler(context);
+    auto ecu = GetFactory().CreateEcu();
+    handler.AddElement(u"PROBE", ecu.get());
+    auto* record = dynamic_cast<ZKLXmlElement*>(handler.GetCurrentElement().get());
+    ASSERT_NE(record, nullptr);
+    EXPECT_STREQ(record->GetName(), "PROBE");
+    EXPECT_EQ(record->GetModelItem(), static_cast<IModelItem*>(ecu.get()));
+}
+
+TEST_F(ZKLXEHTest, AddEmptyElement_WarnsAndRefersToTheNotSupportedItem) {
+    ProbeHandler handler(context);
+    handler.AddEmptyElement(u"PROBE");
+    ASSERT_EQ(sink->GetMessages().size(), 1u);
+    EXPECT_EQ(sink->GetMessages()[0].level, ReportLevelWarn);
+    EXPECT_EQ(
+        sink->GetMessages()[0].text,
+        "WARNING: Adding empty ZKLXmlElement to buffer (used by XML stack), because no KL item could be "
+        "created for the current 'PROBE' XML element!");
+    auto* record = dynamic_cast<ZKLXmlElement*>(handler.GetCurrentElement().get());
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(record->GetModelItem(), ZNotSupportedItem::GetInstance());
+    EXPECT_FALSE(record->GetModelItem()->IsSupported());
+}
+
+TEST_F(ZKLXEHTest, CurrentElement_StaysTheLastRecordAfterItsElementClosed) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    handler.StartElement(u"PROBE", attributes);
+    handler.AddEmptyElement(u"PROBE");
+    const std::shared_ptr<IXmlElement> first = handler.GetCurrentElement();
+    handler.EndElement(u"PROBE");
+    EXPECT_EQ(handler.GetCurrentElement(), first);
+}
+
+TEST_F(ZKLXEHTest, Counts_DifferentOpenAndCloseCountsAreReportedAtErrorLevel) {
+    ProbeHandler handler(context);
+    handler.EndElement(u"PROBE");
+    ASSERT_EQ(sink->GetMessages().size(), 2u);
+    EXPECT_EQ(sink->GetMessages()[0].level, ReportLevelDebug);
+    EXPECT_EQ(sink->GetMessages()[0].text, "CloseTag >> MAP element");
+    EXPECT_EQ(sink->GetMessages()[1].level, ReportLevelError);
+    EXPECT_EQ(sink->GetMessages()[1].text,
+              "CloseTag >> MAP element: Different count of open and close tags found!");
+    EXPECT_EQ(handler.GetCounts().open, 0u);
+    EXPECT_EQ(handler.GetCounts().close, 1u);
+}
+
+TEST_F(ZKLXEHTest, Counts_AreSharedThroughTheContext) {
+    TagCounts counts;
+    context.tagCounts = &counts;
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    handler.StartElement(u"PROBE", attributes);
+    EXPECT_EQ(counts[KLTag::Map].open, 1u);
+    EXPECT_EQ(counts[KLTag::Ecu].open, 0u);
+}
+
+TEST_F(ZKLXEHTest, TryGetByteValue_SkipsLeadingBlanks) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"nrc", u"  12  ");
+    uint8_t value = 0;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 0, value));
+    EXPECT_EQ(value, 12);
+    EXPECT_TRUE(sink->GetMessages().empty());
+}
+
+TEST_F(ZKLXEHTest, TryGetByteValue_NegativeIsReportedAsTooSmallAndLeavesTheByte) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"a", u"x");
+    attributes.Add(u"nrc", u"-1");
+    uint8_t value = 7;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 1, value));
+    EXPECT_EQ(value, 7);
+    ASSERT_EQ(sink->GetMessages().size(), 1u);
+    EXPECT_EQ(sink->GetMessages()[0].level, ReportLevelError);
+    EXPECT_EQ(
+        sink->GetMessages()[0].text,
+        "TryGetValue >> Couldn't convert attribute #1 to BYTE, because the the configured value ('-1') is to "
+        "small!");
+}
+
+TEST_F(ZKLXEHTest, TryGetByteValue_256IsReportedAsTooBig) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"nrc", u"256");
+    uint8_t value = 7;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 0, value));
+    EXPECT_EQ(value, 7);
+    ASSERT_EQ(sink->GetMessages().size(), 1u);
+    EXPECT_EQ(sink->GetMessages()[0].text,
+              "TryGetValue >> Couldn't convert attribute #0 to BYTE, because the the configured value "
+              "('256') is to "
+              "big!");
+}
+
+TEST_F(ZKLXEHTest, TryGetByteValue_AbsentOrEmptyValueIsFalse) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"nrc", u"");
+    uint8_t value = 7;
+    EXPECT_FALSE(handler.TryGetByteValue(attributes, 0, value));
+    EXPECT_FALSE(handler.TryGetByteValue(attributes, 5, value));
+    EXPECT_EQ(value, 7);
+}
+
+TEST_F(ZKLXEHTest, TryGetByteValue_ReadsLikeAtol) {
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"a", u"0x7F");
+    attributes.Add(u"b", u"+255abc");
+    attributes.Add(u"c", u"abc");
+    uint8_t value = 9;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 0, value));
+    EXPECT_EQ(value, 0);
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 1, value));
+    EXPECT_EQ(value, 255);
+    value = 9;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 2, value));
+    EXPECT_EQ(value, 0);
+}
+
+TEST_F(ZKLXEHTest, NoSink_EveryHelperRunsWithoutReporting) {
+    context.reporting.reset();
+    ProbeHandler handler(context);
+    FakeAttributes attributes;
+    attributes.Add(u"nrc", u"300");
+    uint8_t value = 0;
+    EXPECT_TRUE(handler.TryGetByteValue(attributes, 0, value));
+    handler.AddEmptyElement(u"PROBE");
+    handler.EndElement(u"PROBE");
+    EXPECT_NE(handler.GetCurrentElement(), nullptr);
+}
