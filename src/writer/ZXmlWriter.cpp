@@ -102,9 +102,9 @@ void ZXmlWriter::Traverse(const IModelItem& item) {
 
 void ZXmlWriter::TraverseEcu(const IEcu& item) {
     m_line.clear();
-    m_line += "<ECU protocol=\"";
+    AppendLiteral("<ECU protocol=\"");
     m_line += item.GetProtocol() == ProtocolKwp ? "KWP" : "UDS";
-    m_line += "\">";
+    AppendLiteral("\">");
     WriteOpeningLine(nullptr, "</ECU>");
     WalkEcu(item);
 }
@@ -132,13 +132,13 @@ void ZXmlWriter::WalkNrcContainer(const INrcContainer& item) {
 
 void ZXmlWriter::TraverseNrcItem(const INrcItem& item) {
     BeginLine(kMapIndent);
-    m_line += "<MAP nrc=\"";
+    AppendLiteral("<MAP nrc=\"");
     AppendUnsigned(item.GetCode());
-    m_line += "\" text=\"";
+    AppendLiteral("\" text=\"");
     AppendEncoded(item.GetText());
     // No blank before "/>" here, unlike the text-table maps: both forms are kept as they are
     // because existing documents and the tools comparing them hold exactly these.
-    m_line += "\"/>";
+    AppendLiteral("\"/>");
     EndLine();
 }
 
@@ -159,11 +159,11 @@ void ZXmlWriter::TraverseConversion(const IConversion& item) {
     CloseToDepth(kSectionDepth);
     const bool hasTable = item.HasTextTable();
     BeginLine(kConversionIndent);
-    m_line += "<CONVERSION id=\"";
+    AppendLiteral("<CONVERSION id=\"");
     AppendText(item.GetId());
-    m_line += "\" factor=\"";
+    AppendLiteral("\" factor=\"");
     AppendFixed(item.GetFactor());
-    m_line += "\" offset=\"";
+    AppendLiteral("\" offset=\"");
     AppendFixed(item.GetOffset());
     m_line += hasTable ? "\">" : "\"/>";
     if (hasTable) {
@@ -194,11 +194,11 @@ void ZXmlWriter::WalkTextTable(const ITextTable& item) {
 
 void ZXmlWriter::TraverseTextTableElement(const ITextTableElement& item) {
     BeginLine(kMapIndent);
-    m_line += "<MAP val=\"";
+    AppendLiteral("<MAP val=\"");
     AppendText(item.GetValue());
-    m_line += "\" text=\"";
+    AppendLiteral("\" text=\"");
     AppendEncoded(item.GetText());
-    m_line += "\" />";
+    AppendLiteral("\" />");
     EndLine();
 }
 
@@ -218,9 +218,9 @@ void ZXmlWriter::WalkInstanceContainer(const IInstanceContainer& item) {
 void ZXmlWriter::TraverseInstance(const IInstance& item) {
     CloseToDepth(kSectionDepth);
     m_line.clear();
-    m_line += "<INSTANCE id=\"";
+    AppendLiteral("<INSTANCE id=\"");
     AppendText(item.GetId());
-    m_line += "\">";
+    AppendLiteral("\">");
     WriteOpeningLine(nullptr, "</INSTANCE>");
     WalkInstance(item);
 }
@@ -272,23 +272,23 @@ void ZXmlWriter::WalkNegResponse(const INegResponse& item) {
 
 void ZXmlWriter::TraverseParam(const IParam& item) {
     BeginLine(kParamIndent);
-    m_line += "<PARAMETER id=\"";
+    AppendLiteral("<PARAMETER id=\"");
     AppendText(item.GetId());
-    m_line += "\" bitPos=\"";
+    AppendLiteral("\" bitPos=\"");
     AppendUnsigned(item.GetBitPos());
-    m_line += "\" bitLen=\"";
+    AppendLiteral("\" bitLen=\"");
     AppendUnsigned(item.GetBitLength());
-    m_line += "\" type=\"";
+    AppendLiteral("\" type=\"");
     AppendText(item.GetDataTypeName());
-    m_line += "\" unit=\"";
+    AppendLiteral("\" unit=\"");
     AppendText(item.GetUnit());
-    m_line += "\" value=\"";
+    AppendLiteral("\" value=\"");
     AppendText(item.GetValue());
-    m_line += "\" semantics=\"";
+    AppendLiteral("\" semantics=\"");
     AppendText(item.GetSemantics());
-    m_line += "\" convId=\"";
+    AppendLiteral("\" convId=\"");
     AppendText(item.GetConvId());
-    m_line += "\"/>";
+    AppendLiteral("\"/>");
     EndLine();
 }
 
@@ -300,9 +300,9 @@ bool ZXmlWriter::IsReady() const {
 
 void ZXmlWriter::WriteDeclaration(const char* encoding) {
     m_line.clear();
-    m_line += "<?xml version=\"1.0\" encoding=\"";
+    AppendLiteral("<?xml version=\"1.0\" encoding=\"");
     AppendText(encoding);
-    m_line += "\"?>";
+    AppendLiteral("\"?>");
     EndLine();
 }
 

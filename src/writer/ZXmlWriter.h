@@ -89,6 +89,11 @@ private:
     void WriteOpeningLine(const char* openTag, const char* closeTag);
     void WriteMessage(const char* openTag, const char* closeTag);
     void WalkMessage(const IMessage& message);
+    // Appends a string literal without measuring it.
+    template <std::size_t N>
+    void AppendLiteral(const char (&text)[N]) {
+        m_line.append(text, N - 1);
+    }
     void AppendText(const char* text);
     void AppendEncoded(const char* text);
     void AppendUnsigned(uint32_t value);
