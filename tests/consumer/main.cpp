@@ -1,0 +1,55 @@
+// Checks that the installed package is complete: the umbrella header compiles, the library
+// links and loads, and its entry points work together (empty document -> reader -> writer).
+#include <ZeKL/ZeKL.h>
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace {
+
+int failures = 0;
+
+void Check(bool ok, const char* what) {
+    std::printf("%s: %s\n", ok ? "ok  " : "FAIL", what);
+    if (!ok) {
+        ++failures;
+    }
+}
+
+}  // namespace
+
+int main() {
+    uint32_t major = 0, minor = 0, patch = 0, build = 0;
+    Korvel::GetVersion(major, minor, patch, build);
+    Check(major == 3 && minor == 0 && patch == 0 && build == 0, "GetVersion gives 3.0.0.0");
+    Check(std::strcmp(Korvel::GetVersionString(), "3.0.1") == 0, "GetVersionString gives 3.0.1");
+
+    Korvel::ByteBuffer bytes;
+    Check(Korvel::GetDataModelUtils().HexStringToBytes(bytes, "0x12 0x3") && bytes.size() == 2 &&
+              bytes[0] == 0x12 && bytes[1] == 0x03,
+          "GetDataModelUtils reads a hex text");
+
+    const std::string kwp = CreateXmlForEmptyEcu(Korvel::ProtocolKwp, 1);
+    Check(kwp.find("<ECU protocol=\"KWP\">") != std::string::npos,
+          "CreateXmlForEmptyEcu gives a KWP document");
+
+    std::unique_ptr<Korvel::IEcu> ecu = Korvel::GetKLReader().ReadText(kwp, "");
+    Check(ecu != nullptr, "GetKLReader reads the empty document");
+    if (ecu) {
+        Check(ecu->GetProtocol() == Korvel::ProtocolKwp, "the ECU is a KWP ECU");
+        Check(ecu->GetNrcContainer()->GetCount() == 24, "the ECU holds the 24 KWP codes");
+        std::string written;
+        Check(Korvel::GetKLWriter().WriteToString(*ecu, written, "utf-8") > 0 &&
+                  written.find("General reject") != std::string::npos,
+              "GetKLWriter writes the ECU");
+    }
+
+    std::unique_ptr<Korvel::IEcu> fresh = Korvel::GetFactory().CreateEcu();
+    Check(fresh != nullptr && fresh->GetNrcContainer()->GetCount() == 0, "GetFactory creates an empty ECU");
+    Check(!IsKorvelFile("/nonexistent/zekl-consumer.xml"), "IsKorvelFile is false for a missing file");
+
+    std::printf("%s: %d check(s) failed\n", failures == 0 ? "consumer passed" : "consumer FAILED", failures);
+    return failures == 0 ? 0 : 1;
+}
