@@ -2,10 +2,17 @@
 // instead of a crash.
 #pragma once
 
+#include <string_view>
+
 namespace Korvel {
 
 inline const char* TextOrEmpty(const char* text) {
     return text != nullptr ? text : "";
+}
+
+// A text key for the containers' maps: measured once, then compared without copies.
+inline std::string_view KeyText(const char* text) {
+    return std::string_view(TextOrEmpty(text));
 }
 
 }  // namespace Korvel

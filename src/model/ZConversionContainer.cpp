@@ -29,11 +29,11 @@ void ZConversionContainer::Assign(const IConversionContainer& other) {
 }
 
 const IConversion* ZConversionContainer::FindConversion(const char* id) const {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 bool ZConversionContainer::Contains(const char* id) const {
-    return m_index.find(TextOrEmpty(id)) != m_index.end();
+    return m_index.find(KeyText(id)) != m_index.end();
 }
 
 const IConversion* ZConversionContainer::GetConversion(uint32_t index) const {
@@ -45,19 +45,19 @@ IConversion* ZConversionContainer::GetConversion(uint32_t index) {
 }
 
 IConversion* ZConversionContainer::GetConversion(const char* id) {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 uint32_t ZConversionContainer::AddConversion(const IConversion& conversion) {
     if (const auto* same = dynamic_cast<const ZConversion*>(&conversion)) {
-        return EmplaceItem(same->GetId(), *same);
+        return EmplaceItem(KeyText(same->GetId()), *same);
     }
-    return EmplaceItem(conversion.GetId(), conversion);
+    return EmplaceItem(KeyText(conversion.GetId()), conversion);
 }
 
 uint32_t ZConversionContainer::AddConversion(const char* id, uint32_t type, double factor, double offset) {
     id = TextOrEmpty(id);
-    return EmplaceItem(id, id, type, factor, offset);
+    return EmplaceItem(KeyText(id), id, type, factor, offset);
 }
 
 // Built as a temporary and copied, as every add does: the copy sorts the table a second time,
@@ -68,7 +68,7 @@ uint32_t ZConversionContainer::AddConversion(const char* id, uint32_t type, cons
         return InvalidIndex;
     }
     const ZConversion prototype(id, type, table);
-    return EmplaceItem(prototype.GetId(), prototype);
+    return EmplaceItem(KeyText(prototype.GetId()), prototype);
 }
 
 void ZConversionContainer::Accept(IConstModelItemVisitor& visitor) const {

@@ -29,15 +29,15 @@ void ZInstanceContainer::Assign(const IInstanceContainer& other) {
 }
 
 bool ZInstanceContainer::Contains(const char* id) const {
-    return m_index.find(TextOrEmpty(id)) != m_index.end();
+    return m_index.find(KeyText(id)) != m_index.end();
 }
 
 const IInstance* ZInstanceContainer::GetInstance(const char* id) const {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 IInstance* ZInstanceContainer::GetInstance(const char* id) {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 const IInstance* ZInstanceContainer::GetInstance(uint32_t index) const {
@@ -49,18 +49,18 @@ IInstance* ZInstanceContainer::GetInstance(uint32_t index) {
 }
 
 uint32_t ZInstanceContainer::AddInstance(const IInstance& instance) {
-    return EmplaceItem(instance.GetId(), instance);
+    return EmplaceItem(KeyText(instance.GetId()), instance);
 }
 
 uint32_t ZInstanceContainer::AddInstance(const char* id) {
     id = TextOrEmpty(id);
-    return EmplaceItem(id, id);
+    return EmplaceItem(KeyText(id), id);
 }
 
 uint32_t ZInstanceContainer::AddInstance(const char* id, const IRequest* request,
                                          const IPosResponse* posResponse, const INegResponse* negResponse) {
     id = TextOrEmpty(id);
-    return EmplaceItem(id, id, request, posResponse, negResponse);
+    return EmplaceItem(KeyText(id), id, request, posResponse, negResponse);
 }
 
 void ZInstanceContainer::Accept(IConstModelItemVisitor& visitor) const {

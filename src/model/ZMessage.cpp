@@ -56,21 +56,21 @@ uint32_t ZMessage::GetMessageKind() const {
 }
 
 uint32_t ZMessage::AddParam(const IParam& param) {
-    return EmplaceItem(param.GetId(), param);
+    return EmplaceItem(KeyText(param.GetId()), param);
 }
 
 uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                             ParamDataType type, const char* unit, SemanticsFlags semantics,
                             const char* convId) {
     id = TextOrEmpty(id);
-    return EmplaceItem(id, id, bitPos, bitLen, value, type, unit, semantics, convId);
+    return EmplaceItem(KeyText(id), id, bitPos, bitLen, value, type, unit, semantics, convId);
 }
 
 uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                             const char* typeName, const char* unit, const char* semantics,
                             const char* convId) {
     id = TextOrEmpty(id);
-    return EmplaceItem(id, id, bitPos, bitLen, value, typeName, unit, semantics, convId);
+    return EmplaceItem(KeyText(id), id, bitPos, bitLen, value, typeName, unit, semantics, convId);
 }
 
 // The new parameter's id is deliberately not mapped here: callers replace several parameters
@@ -81,7 +81,7 @@ bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {
     }
     auto replacement = std::make_unique<ZParam>(param);
     if (const ZParam* old = m_items[index].get()) {
-        const auto found = m_index.find(old->GetId());
+        const auto found = m_index.find(KeyText(old->GetId()));
         if (found != m_index.end()) {
             m_index.erase(found);
         }
@@ -100,11 +100,11 @@ bool ZMessage::ForParam(uint32_t index, IParamCallback& callback) {
 }
 
 const IParam* ZMessage::GetParam(const char* id) const {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 IParam* ZMessage::GetParam(const char* id) {
-    return FindItem(TextOrEmpty(id));
+    return FindItem(KeyText(id));
 }
 
 const IParam* ZMessage::GetParam(int index) const {

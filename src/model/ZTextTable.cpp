@@ -61,7 +61,7 @@ bool ZTextTable::CopyElement(uint32_t index, ZTextTableElement& out) const {
 }
 
 bool ZTextTable::Contains(const char* value) const {
-    return m_index.find(TextOrEmpty(value)) != m_index.end();
+    return m_index.find(KeyText(value)) != m_index.end();
 }
 
 void ZTextTable::AddElements(const ITextTable& other) {
@@ -74,12 +74,12 @@ void ZTextTable::AddElements(const ITextTable& other) {
 }
 
 uint32_t ZTextTable::AddElement(const ITextTableElement& element) {
-    return EmplaceItem(element.GetValue(), element);
+    return EmplaceItem(KeyText(element.GetValue()), element);
 }
 
 uint32_t ZTextTable::AddElement(const char* value, const char* text) {
     value = TextOrEmpty(value);
-    return EmplaceItem(value, value, text);
+    return EmplaceItem(KeyText(value), value, text);
 }
 
 // The new value is deliberately not entered into the map (as with the NRC table): the entry is
@@ -99,11 +99,11 @@ bool ZTextTable::SetElement(uint32_t index, const char* value, const char* text)
 }
 
 const ITextTableElement* ZTextTable::GetElement(const char* value) const {
-    return FindItem(TextOrEmpty(value));
+    return FindItem(KeyText(value));
 }
 
 ITextTableElement* ZTextTable::GetElement(const char* value) {
-    return FindItem(TextOrEmpty(value));
+    return FindItem(KeyText(value));
 }
 
 const ITextTableElement* ZTextTable::GetElement(uint32_t index) const {
