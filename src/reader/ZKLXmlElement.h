@@ -8,6 +8,8 @@
 
 namespace Korvel {
 
+class IMessage;
+
 class ZKLXmlElement : public ZXmlElement {
 public:
     // An empty record: the element yielded no item.
@@ -19,8 +21,14 @@ public:
     // Never null; the shared not-supported item for an empty record. Not owned.
     IModelItem* GetModelItem() const;
 
+    // The item as a message, for records of message elements: the parameters inside reach
+    // their message without a cast through the virtual base. Null for other records.
+    IMessage* GetMessage() const { return message_; }
+    void SetMessage(IMessage* message) { message_ = message; }
+
 private:
     IModelItem* item_;
+    IMessage* message_ = nullptr;
 };
 
 }  // namespace Korvel

@@ -40,6 +40,11 @@ void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
     current_ = std::make_shared<ZKLXmlElement>(NarrowTagOf(tag), item);
 }
 
+void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message) {
+    AddElement(tag, message);
+    current_->SetMessage(message);
+}
+
 void ZKLXEH::AddEmptyElement(const XMLCh* tag) {
     const std::string& name = NarrowTagOf(tag);
     if (Wants(ReportLevelWarn)) {
@@ -81,6 +86,14 @@ IModelItem* ZKLXEH::TopItem() const {
     // A record of another kind holds no model item: it counts as the wrong kind of item.
     const ZKLXmlElement* top = elementStack_->TopKLElement();
     return top != nullptr ? top->GetModelItem() : ZNotSupportedItem::GetInstance();
+}
+
+IMessage* ZKLXEH::TopMessage() const {
+    if (elementStack_ == nullptr || elementStack_->IsEmpty()) {
+        return nullptr;
+    }
+    const ZKLXmlElement* top = elementStack_->TopKLElement();
+    return top != nullptr ? top->GetMessage() : nullptr;
 }
 
 bool ZKLXEH::TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t index, uint8_t& value) {

@@ -48,6 +48,8 @@ public:
 protected:
     // Appends a record for the element and its item.
     void AddElement(const XMLCh* tag, IModelItem* item);
+    // The same for a message element; the record also keeps the typed message.
+    void AddMessageElement(const XMLCh* tag, IMessage* message);
     // Reports that the element yields no item and appends a record without one, so that open
     // and close tags still pair up on the stack.
     void AddEmptyElement(const XMLCh* tag);
@@ -65,6 +67,9 @@ protected:
     // The model item of the record on top of the stack (the not-supported item for an empty
     // record); null when the stack is empty.
     IModelItem* TopItem() const;
+    // The message of the record on top of the stack when it was added by AddMessageElement;
+    // null otherwise (then TopItem tells what is there).
+    IMessage* TopMessage() const;
 
     IEcu* Ecu() const { return ecu_; }
     ZKLXmlElementStack* ElementStack() const { return elementStack_; }

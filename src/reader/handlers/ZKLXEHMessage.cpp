@@ -22,7 +22,7 @@ void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*att
         AddEmptyElement(tag);
         return;
     }
-    AddElement(tag, message);
+    AddMessageElement(tag, message);
 }
 
 void ZKLXEHMessage::EndElement(const XMLCh* /*tag*/) {

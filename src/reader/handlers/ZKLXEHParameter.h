@@ -7,6 +7,8 @@
 
 #include <ZeKL/IMessage.h>
 
+#include <string>
+
 namespace Korvel {
 
 class ZKLXEHParameter : public ZKLXEH {
@@ -19,6 +21,9 @@ public:
 private:
     // The new parameter, or null (reported) when an attribute fails or the id is used.
     IParam* AddParam(IMessage& message, const xercesc::AttributeList& attributes);
+
+    // UTF-8 texts of the parameter being added, reused from one element to the next.
+    std::string scratch_;
 };
 
 }  // namespace Korvel
