@@ -49,6 +49,7 @@ echo "== zekl version"
 "$zekl" version
 echo "== zekl new --protocol UDS --nrc-table"
 "$zekl" new --protocol UDS --nrc-table
+echo  # the document's last line has no line end
 
 example="$root/examples/uds_ecu.xml"
 if [[ -f "$example" ]]; then
