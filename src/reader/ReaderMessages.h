@@ -46,6 +46,10 @@ inline constexpr char kTextSystemId[] = "test";
 // SAX frame: hardening (see ReaderLimits.h).
 inline constexpr char kDepthLimitBegin[] = "The document nests elements deeper than ";
 inline constexpr char kDepthLimitEnd[] = " levels!";
+inline constexpr char kExpansionLimitBegin[] = "The document expands to more text than its ";
+inline constexpr char kExpansionLimitEnd[] = " bytes hold!";
+inline constexpr char kFileIsFolderBegin[] = "The passed filename names a folder: '";
+inline constexpr char kFileIsFolderEnd[] = "'!";
 
 // Dispatch.
 inline constexpr char kUnknownTagBegin[] = "ZXmlParser::startElement >> Unknown tag '";

@@ -17,4 +17,10 @@ IModelItem* ZKLXmlElement::GetModelItem() const {
     return item_;
 }
 
+void ZKLXmlElement::Reuse(IModelItem* item) {
+    SetValue("");
+    item_ = item != nullptr ? item : ZNotSupportedItem::GetInstance();
+    message_ = nullptr;
+}
+
 }  // namespace Korvel

@@ -25,6 +25,8 @@ public:
     // their message without a cast through the virtual base. Null for other records.
     IMessage* GetMessage() const { return message_; }
     void SetMessage(IMessage* message) { message_ = message; }
+    // Makes the record stand for a new element of the same name, as a fresh record would.
+    void Reuse(IModelItem* item);
 
 private:
     IModelItem* item_;

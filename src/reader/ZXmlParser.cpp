@@ -153,12 +153,21 @@ bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     try {
+        // The XML library opens a folder and then fails inside its reader, losing memory on
+        // the way; a folder is refused here instead.
+        std::error_code sizeError;
+        const std::filesystem::path filePath = std::filesystem::u8path(path);
+        if (std::filesystem::is_directory(filePath, sizeError)) {
+            SetFatalError(Msg::kFileIsFolderBegin + std::string(path) + Msg::kFileIsFolderEnd);
+            return false;
+        }
+        const std::uintmax_t size = std::filesystem::file_size(filePath, sizeError);
         const ZXmlString widePath(path);
         xercesc::LocalFileInputSource source(widePath.Wide());
         if (encoding[0] != '\0') {
             source.setEncoding(ZXmlString(encoding).Wide());
         }
-        return Parse(source);
+        return ParseWithBudget(source, sizeError ? 0 : static_cast<uint64_t>(size));
     } catch (const xercesc::XMLException& exception) {
         HandleXmlException(exception);
     } catch (...) {
@@ -188,7 +197,7 @@ bool ZXmlParser::ParseMemory(const char* data, uint32_t length, const char* enco
         if (encoding[0] != '\0') {
             source.setEncoding(ZXmlString(encoding).Wide());
         }
-        return Parse(source);
+        return ParseWithBudget(source, length);
     } catch (const xercesc::XMLException& exception) {
         HandleXmlException(exception);
     } catch (...) {
@@ -210,9 +219,10 @@ bool ZXmlParser::ParseText(const char* text) {
     }
     try {
         // The terminating zero byte goes to the XML library too, as it always has.
-        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), std::strlen(text) + 1,
-                                          Msg::kTextSystemId, false);
-        return Parse(source);
+        const std::size_t length = std::strlen(text) + 1;
+        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), length, Msg::kTextSystemId,
+                                          false);
+        return ParseWithBudget(source, length);
     } catch (const xercesc::XMLException& exception) {
         HandleXmlException(exception);
     } catch (...) {
@@ -226,6 +236,7 @@ void ZXmlParser::ResetParseState() {
     lastError_.clear();
     errorSeen_ = false;
     depth_ = 0;
+    textSpent_ = 0;
     skipping_ = false;
     skippedTag_.clear();
     currentHandler_.reset();
@@ -235,6 +246,13 @@ void ZXmlParser::ResetParseState() {
             elementStack_->Pop();
         }
     }
+}
+
+bool ZXmlParser::ParseWithBudget(const xercesc::InputSource& source, uint64_t documentBytes) {
+    textBudget_ = documentBytes;
+    const bool result = Parse(source);
+    textBudget_ = 0;
+    return result;
 }
 
 bool ZXmlParser::Parse(const xercesc::InputSource& source) {
@@ -280,11 +298,11 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
     return succeeded_;
 }
 
-void ZXmlParser::AbortTooDeep() {
-    std::string text =
-        Msg::kDepthLimitBegin + std::to_string(ReaderLimits::kMaxElementDepth) + Msg::kDepthLimitEnd;
+// Ends the parse from inside a document callback: the document must not be read further.
+void ZXmlParser::Abort(const std::string& reason) {
     errorSeen_ = true;
-    lastError_ = text;
+    lastError_ = reason;
+    std::string text = reason;
     if (locator_ != nullptr) {
         text += Msg::kLinePrefix + std::to_string(locator_->getLineNumber()) + Msg::kColumnPrefix +
                 std::to_string(locator_->getColumnNumber()) + Msg::kPositionEnd;
@@ -293,9 +311,26 @@ void ZXmlParser::AbortTooDeep() {
     throw ParseAborted{};
 }
 
+void ZXmlParser::SpendText(uint64_t units) {
+    textSpent_ += units;
+    if (textBudget_ != 0 && textSpent_ > textBudget_) {
+        Abort(Msg::kExpansionLimitBegin + std::to_string(textBudget_) + Msg::kExpansionLimitEnd);
+    }
+}
+
 void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {
     if (++depth_ > ReaderLimits::kMaxElementDepth) {
-        AbortTooDeep();
+        Abort(Msg::kDepthLimitBegin + std::to_string(ReaderLimits::kMaxElementDepth) + Msg::kDepthLimitEnd);
+    }
+    if (textBudget_ != 0) {
+        uint64_t units = 0;
+        const XMLSize_t count = attributes.getLength();
+        for (XMLSize_t index = 0; index < count; ++index) {
+            if (const XMLCh* value = attributes.getValue(index)) {
+                units += std::char_traits<XMLCh>::length(value);
+            }
+        }
+        SpendText(units);
     }
     if (skipping_) {
         return;
@@ -345,6 +380,7 @@ void ZXmlParser::endElement(const XMLCh* const name) {
 // Text after a close tag finds no current handler and is dropped; text inside an unknown
 // element reaches the handler of the last known open tag. Callers rely on both.
 void ZXmlParser::characters(const XMLCh* const chars, const XMLSize_t length) {
+    SpendText(length);
     if (currentHandler_) {
         currentHandler_->SetText(chars, length);
     }

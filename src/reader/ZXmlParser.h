@@ -78,7 +78,10 @@ private:
     void ReportError(const std::string& text);
     void ReportFatal(const std::string& text);
     std::string WithPosition(const xercesc::SAXParseException& exception, std::string& message) const;
-    [[noreturn]] void AbortTooDeep();
+    [[noreturn]] void Abort(const std::string& reason);
+    // Counts delivered text against the document's size (see ReaderLimits.h).
+    void SpendText(uint64_t units);
+    bool ParseWithBudget(const xercesc::InputSource& source, uint64_t documentBytes);
     void ResetParseState();
 
     std::shared_ptr<ZXmlPlatformInitializer> platform_;
@@ -94,6 +97,8 @@ private:
     bool errorSeen_ = false;
     std::string lastError_;
     unsigned depth_ = 0;
+    uint64_t textBudget_ = 0;  // 0: the document's size is unknown, no budget
+    uint64_t textSpent_ = 0;
     const xercesc::Locator* locator_ = nullptr;
 };
 

@@ -270,3 +270,34 @@ TEST(ZKLReaderImpl_NoSink, HandlersRunEveryPathWithoutReporting) {
     EXPECT_TRUE(capture.Lines().empty());
     EXPECT_EQ(parser.GetEcu()->GetInstanceContainer()->GetCount(), 1u);
 }
+
+TEST(ZKLReaderImpl_Hardening, EntityExpansionBombGivesNullAndAFatalMessage) {
+    std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY lol \"lol\">\n";
+    std::string previous = "lol";
+    for (int level = 1; level <= 9; ++level) {
+        const std::string name = "lol" + std::to_string(level);
+        document += " <!ENTITY " + name + " \"";
+        for (int i = 0; i < 10; ++i) {
+            document += "&" + previous + ";";
+        }
+        document += "\">\n";
+        previous = name;
+    }
+    document += "]>\n<ECU protocol=\"&lol9;\"><INSTANCE id=\"&lol9;\"/></ECU>\n";
+    ZKLReaderImpl reader;
+    ReportCollector sink;
+    EXPECT_EQ(reader.ReadText(document, "", sink), nullptr);
+    EXPECT_TRUE(HasFatal(sink));
+}
+
+TEST(ZKLReaderImpl_Hardening, DeepNestingGivesNullAndAFatalMessage) {
+    std::string document = "<ECU>";
+    for (int i = 0; i < 100000; ++i) {
+        document += "<INSTANCE id=\"a\">";
+    }
+    ZKLReaderImpl reader;
+    ReportCollector sink;
+    EXPECT_EQ(reader.ReadText(document, "", sink), nullptr);
+    ASSERT_TRUE(HasFatal(sink));
+    EXPECT_NE(sink.GetErrors().back().find("deeper than 1000 levels"), std::string::npos);
+}

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <xercesc/framework/MemBufInputSource.hpp>
+
 #include <fstream>
 #include <string>
 #include <vector>
@@ -317,7 +319,9 @@ TEST_F(ZXmlParserTest, Stack_HandlerRecordsArePushedAndPopped) {
     EXPECT_TRUE(parser.GetElementStack()->IsEmpty());
 }
 
-TEST_F(ZXmlParserTest, Hardening_EntityExpansionBombEndsAsAFatalError) {
+namespace {
+
+std::string LaughsDocument() {
     std::string document = "<?xml version=\"1.0\"?><!DOCTYPE A [<!ENTITY l0 \"ha\">";
     for (int level = 1; level <= 9; ++level) {
         document += "<!ENTITY l" + std::to_string(level) + " \"";
@@ -326,11 +330,26 @@ TEST_F(ZXmlParserTest, Hardening_EntityExpansionBombEndsAsAFatalError) {
         }
         document += "\">";
     }
-    document += "]><A>&l9;</A>";
-    EXPECT_FALSE(Parse(document));
+    return document + "]><A>&l9;</A>";
+}
+
+}  // namespace
+
+TEST_F(ZXmlParserTest, Hardening_EntityExpansionBombEndsAsAFatalError) {
+    EXPECT_FALSE(Parse(LaughsDocument()));
+    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+}
+
+TEST_F(ZXmlParserTest, Hardening_EntityExpansionLimitHoldsWithoutATextBudget) {
+    // A source of unknown size has no text budget; the XML library's own limit stops it.
+    const std::string document = LaughsDocument();
+    xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(document.data()), document.size(),
+                                      "laughs");
+    EXPECT_FALSE(parser.Parse(source));
     const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
     ASSERT_EQ(fatals.size(), 1u);
-    EXPECT_NE(fatals[0].find("10000"), std::string::npos) << fatals[0];
+    EXPECT_NE(fatals[0].find(std::to_string(ReaderLimits::kEntityExpansionLimit)), std::string::npos)
+        << fatals[0];
 }
 
 TEST_F(ZXmlParserTest, Hardening_ExternalGeneralEntityResolvesToNothing) {
@@ -387,4 +406,74 @@ TEST(ZXmlParser_EncodingProbe, NamesTheEncodingOfTheFirstBytes) {
     const std::string utf8 = TempFile("probe8.xml", "<?xml version=\"1.0\"?><A/>");
     EXPECT_TRUE(ZXmlParser::ProbeFileEncoding(utf8.c_str(), encoding));
     EXPECT_EQ(encoding, "UTF-8");
+}
+
+TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedBeyondTheDocumentSizeStopsTheRead) {
+    std::string references;
+    for (int i = 0; i < 200; ++i) {
+        references += "&big;";
+    }
+    const std::string document =
+        "<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A t=\"" + references + "\"/>";
+    EXPECT_FALSE(Parse(document));
+    const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
+    ASSERT_EQ(fatals.size(), 1u);
+    EXPECT_EQ(fatals[0].rfind("The document expands to more text than its " +
+                                  std::to_string(document.size()) + " bytes hold! [Line 1, Column ",
+                              0),
+              0u)
+        << fatals[0];
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(ZXmlParserTest, Hardening_EntityTextInContentCountsToo) {
+    std::string references;
+    for (int i = 0; i < 200; ++i) {
+        references += "&big;";
+    }
+    EXPECT_FALSE(
+        Parse("<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A>" + references + "</A>"));
+    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+}
+
+TEST_F(ZXmlParserTest, Hardening_AttributeDefaultsRepeatedBeyondTheDocumentSizeStopTheRead) {
+    std::string elements;
+    for (int i = 0; i < 100; ++i) {
+        elements += "<B/>";
+    }
+    EXPECT_FALSE(Parse("<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') + "\">]><A>" +
+                       elements + "</A>"));
+    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+}
+
+TEST_F(ZXmlParserTest, Hardening_EntitiesWithinTheDocumentSizeAreRead) {
+    EXPECT_TRUE(Parse("<!DOCTYPE A [<!ENTITY e \"xyz\">]><A t=\"&e;&e;\">&e;&lt;&#x41;</A>"));
+    ASSERT_FALSE(events.empty());
+    EXPECT_EQ(events[0], "open A t=xyzxyz");
+}
+
+TEST_F(ZXmlParserTest, Hardening_TextBudgetAppliesToFiles) {
+    std::string references;
+    for (int i = 0; i < 200; ++i) {
+        references += "&big;";
+    }
+    const std::string path =
+        TempFile("zxmlparser_expanding.xml",
+                 "<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A>" + references + "</A>");
+    EXPECT_FALSE(parser.ParseFile(path.c_str(), ""));
+    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+}
+
+TEST_F(ZXmlParserTest, ParseFile_FolderIsRefusedWithAFatalMessage) {
+    EXPECT_FALSE(parser.ParseFile("/", ""));
+    const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
+    ASSERT_EQ(fatals.size(), 1u);
+    EXPECT_EQ(fatals[0], "The passed filename names a folder: '/'!");
+}
+
+TEST_F(ZXmlParserTest, Text_WideCharactersOfTheDocumentAreWithinTheBudget) {
+    // Two-, three- and four-byte UTF-8 characters, and UTF-16 with its two bytes per unit.
+    EXPECT_TRUE(Parse("<A t=\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\">\xC3\xA9</A>"));
+    const std::string utf16("\xFF\xFE<\0A\0 \0t\0=\0\"\0x\0\"\0/\0>\0", 22);
+    EXPECT_TRUE(Parse(utf16));
 }

@@ -37,7 +37,14 @@ const std::string& ZKLXEH::NarrowTagOf(const XMLCh* tag) {
 }
 
 void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
-    current_ = std::make_shared<ZKLXmlElement>(NarrowTagOf(tag), item);
+    const std::string& name = NarrowTagOf(tag);
+    // Once its element has left the stack the handler holds the last record alone; it then
+    // serves the next element of the same name instead of a new allocation.
+    if (current_ && current_.use_count() == 1 && name == current_->GetName()) {
+        current_->Reuse(item);
+        return;
+    }
+    current_ = std::make_shared<ZKLXmlElement>(name, item);
 }
 
 void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message) {

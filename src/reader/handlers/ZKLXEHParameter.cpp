@@ -69,22 +69,29 @@ int SlotOf(const XMLCh* name) {
 // its own.
 std::size_t AppendNarrow(std::string& out, const XMLCh* text) {
     const std::size_t start = out.size();
+    // Short ASCII values, by far the most common, go through a small buffer in one pass.
+    char buffer[64];
     std::size_t length = 0;
+    for (; length < sizeof buffer && text[length] != 0 && text[length] < 0x80; ++length) {
+        buffer[length] = static_cast<char>(text[length]);
+    }
+    if (text[length] == 0) {
+        out.append(buffer, length);
+        out.push_back('\0');
+        return start;
+    }
     bool ascii = true;
-    for (; text[length] != 0; ++length) {
+    for (length = 0; text[length] != 0; ++length) {
         ascii = ascii && text[length] < 0x80;
     }
     if (ascii) {
-        out.resize(start + length + 1);
-        char* target = &out[start];
         for (std::size_t i = 0; i < length; ++i) {
-            target[i] = static_cast<char>(text[i]);
+            out.push_back(static_cast<char>(text[i]));
         }
-        target[length] = '\0';
     } else {
         out += Platform::Utf16ToUtf8(text, length);
-        out.push_back('\0');
     }
+    out.push_back('\0');
     return start;
 }
 
