@@ -2,12 +2,15 @@
 
 #include <ZeKL/IConstModelItemVisitor.h>
 
+#include <new>
+
 namespace Korvel {
 
 ZNotSupportedItem* ZNotSupportedItem::GetInstance() {
-    // Deliberately never destroyed: element records may still refer to it while the process
-    // shuts down.
-    static ZNotSupportedItem* const instance = new ZNotSupportedItem();
+    // Statically allocated and deliberately never destroyed: element records may still refer
+    // to it while the process shuts down.
+    alignas(ZNotSupportedItem) static unsigned char storage[sizeof(ZNotSupportedItem)];
+    static ZNotSupportedItem* const instance = new (storage) ZNotSupportedItem();
     return instance;
 }
 
