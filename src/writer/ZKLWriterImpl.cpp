@@ -7,7 +7,9 @@
 #include "writer/ZWriterConfig.h"
 #include "writer/ZXmlWriter.h"
 
+#include <algorithm>
 #include <limits>
+#include <new>
 
 namespace Korvel {
 
@@ -15,8 +17,46 @@ namespace {
 
 constexpr uint64_t kMaxLength = std::numeric_limits<uint32_t>::max();
 
+// Room for a document, from the item counts and on the generous side: the text is then
+// allocated once instead of being copied at each doubling, and room that stays unused costs
+// address space only, never touched memory. A longer document still grows as usual.
+std::size_t EstimateLength(const IEcu& ecu) {
+    constexpr std::size_t kFixed = 256;
+    constexpr std::size_t kPerNrc = 128;
+    constexpr std::size_t kPerInstance = 128;
+    constexpr std::size_t kPerMessage = 64;
+    constexpr std::size_t kPerParam = 192;
+    constexpr std::size_t kPerConversion = 192;
+    constexpr std::size_t kPerTableEntry = 128;
+    const auto messageLength = [](const IMessage* message) {
+        return message != nullptr ? kPerMessage + message->GetCount() * kPerParam : 0;
+    };
+    std::size_t total = kFixed + ecu.GetNrcContainer()->GetCount() * kPerNrc;
+    const IInstanceContainer& instances = *ecu.GetInstanceContainer();
+    const uint32_t instanceCount = instances.GetCount();
+    for (uint32_t index = 0; index < instanceCount; ++index) {
+        if (const IInstance* instance = instances.GetInstance(index)) {
+            total += kPerInstance + messageLength(instance->GetRequest()) +
+                     messageLength(instance->GetPosResponse()) + messageLength(instance->GetNegResponse());
+        }
+    }
+    const IConversionContainer& conversions = *ecu.GetConversionContainer();
+    const uint32_t conversionCount = conversions.GetCount();
+    for (uint32_t index = 0; index < conversionCount; ++index) {
+        if (const IConversion* conversion = conversions.GetConversion(index)) {
+            total += kPerConversion + conversion->GetTextTableSize() * kPerTableEntry;
+        }
+    }
+    return total;
+}
+
 // Builds the document in `text`; throws on failure.
 void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
+    try {
+        text.reserve(static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), kMaxLength)));
+    } catch (const std::bad_alloc&) {
+        // Without the room the text grows as it goes.
+    }
     ZStringOutputBuffer buffer(text);
     std::ostream stream(&buffer);
     stream.exceptions(std::ios_base::badbit | std::ios_base::failbit);
