@@ -48,8 +48,8 @@ inline constexpr char kDepthLimitBegin[] = "The document nests elements deeper t
 inline constexpr char kDepthLimitEnd[] = " levels!";
 inline constexpr char kExpansionLimitBegin[] = "The document expands to more text than its ";
 inline constexpr char kExpansionLimitEnd[] = " bytes hold!";
-inline constexpr char kFileIsFolderBegin[] = "The passed filename names a folder: '";
-inline constexpr char kFileIsFolderEnd[] = "'!";
+inline constexpr char kNoRegularFileBegin[] = "The passed filename names no regular file: '";
+inline constexpr char kNoRegularFileEnd[] = "'!";
 
 // Dispatch.
 inline constexpr char kUnknownTagBegin[] = "ZXmlParser::startElement >> Unknown tag '";

@@ -1,5 +1,7 @@
 #include "reader/ZKLReaderImpl.h"
 
+#include "reader/RegularFile.h"
+
 #include "reader/ZKLReportingHandler.h"
 #include "reader/ZKLXmlParser.h"
 #include "reader/handlers/ZKLXEHConversion.h"
@@ -141,7 +143,7 @@ bool ZKLReaderImpl::IsKorvelText(const std::string& text) {
 
 // Looks at no more than the first 5 lines and does not parse: any "<ECU" there counts.
 bool ZKLReaderImpl::IsKorvelFile(const char* path, std::string& version, std::string& encoding) {
-    if (path == nullptr) {
+    if (!IsRegularFile(path)) {
         return false;
     }
     try {

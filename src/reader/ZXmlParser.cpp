@@ -1,5 +1,7 @@
 #include "reader/ZXmlParser.h"
 
+#include "reader/RegularFile.h"
+
 #include "platform/DebugOutput.h"
 #include "reader/ReaderLimits.h"
 #include "reader/ReaderMessages.h"
@@ -153,12 +155,12 @@ bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     try {
-        // The XML library opens a folder and then fails inside its reader, losing memory on
-        // the way; a folder is refused here instead.
+        // A folder, a FIFO or a device is refused before the XML library opens it (see
+        // RegularFile.h); a missing file is left to the library, which reports it.
         std::error_code sizeError;
         const std::filesystem::path filePath = std::filesystem::u8path(path);
-        if (std::filesystem::is_directory(filePath, sizeError)) {
-            SetFatalError(Msg::kFileIsFolderBegin + std::string(path) + Msg::kFileIsFolderEnd);
+        if (std::filesystem::exists(filePath, sizeError) && !IsRegularFile(path)) {
+            SetFatalError(Msg::kNoRegularFileBegin + std::string(path) + Msg::kNoRegularFileEnd);
             return false;
         }
         const std::uintmax_t size = std::filesystem::file_size(filePath, sizeError);
@@ -425,8 +427,7 @@ bool ZXmlParser::ProbeFileEncoding(const char* path, std::string& encoding) {
         return false;
     }
     try {
-        std::error_code ignored;
-        if (std::filesystem::is_directory(path, ignored)) {
+        if (!IsRegularFile(path)) {
             return false;
         }
         std::ifstream file(path, std::ios::binary);

@@ -468,7 +468,7 @@ TEST_F(ZXmlParserTest, ParseFile_FolderIsRefusedWithAFatalMessage) {
     EXPECT_FALSE(parser.ParseFile("/", ""));
     const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
     ASSERT_EQ(fatals.size(), 1u);
-    EXPECT_EQ(fatals[0], "The passed filename names a folder: '/'!");
+    EXPECT_EQ(fatals[0], "The passed filename names no regular file: '/'!");
 }
 
 TEST_F(ZXmlParserTest, Text_WideCharactersOfTheDocumentAreWithinTheBudget) {
