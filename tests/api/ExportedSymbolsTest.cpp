@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -93,10 +92,11 @@ TEST_F(ExportedSymbols, PlainEntryPointsAreExportedUndecorated) {
 
 TEST_F(ExportedSymbols, NoImplementationClassIsExported) {
     // Implementation classes carry the prefix Z; internal helpers live in Korvel::Platform.
-    const std::regex implementation(R"(Korvel::(Z[A-Za-z0-9_]*|Platform::))");
+    // (Plain searches: std::regex trips GCC 12's maybe-uninitialized warning under ASan.)
     std::ostringstream leaked;
     for (const Symbol& symbol : demangled_) {
-        if (std::regex_search(symbol.name, implementation)) {
+        if (symbol.name.find("Korvel::Z") != std::string::npos ||
+            symbol.name.find("Korvel::Platform::") != std::string::npos) {
             leaked << "  " << symbol.type << ' ' << symbol.name << '\n';
         }
     }
