@@ -50,6 +50,8 @@ inline constexpr char kExpansionLimitBegin[] = "The document expands to more tex
 inline constexpr char kExpansionLimitEnd[] = " bytes hold!";
 inline constexpr char kNoRegularFileBegin[] = "The passed filename names no regular file: '";
 inline constexpr char kNoRegularFileEnd[] = "'!";
+inline constexpr char kCannotOpenFileBegin[] = "The passed file could not be opened: '";
+inline constexpr char kCannotOpenFileEnd[] = "'!";
 
 // Dispatch.
 inline constexpr char kUnknownTagBegin[] = "ZXmlParser::startElement >> Unknown tag '";

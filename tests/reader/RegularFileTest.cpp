@@ -56,3 +56,21 @@ TEST(RegularFile, DeviceAndNullAreNoRegularFiles) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ReadFile, MissingFileIsRefusedWithAFatalMessageNamingIt) {
+    Korvel::ReportCollector messages(Korvel::ReportLevelDebug);
+    const std::string path = "/nonexistent-folder/missing.xml";
+    EXPECT_EQ(Korvel::GetKLReader().ReadFile(path.c_str(), "", messages), nullptr);
+    ASSERT_EQ(messages.GetErrors().size(), 1u);
+    EXPECT_EQ(messages.GetErrors()[0], "The passed file could not be opened: '" + path + "'!");
+    ASSERT_EQ(messages.GetMessages().size(), 1u);
+    EXPECT_EQ(messages.GetMessages()[0].level, Korvel::ReportLevelFatal);
+}
+
+TEST(ReadFile, MissingFileGivesNullWithTheReadersOwnSink) {
+    EXPECT_EQ(Korvel::GetKLReader().ReadFile("/nonexistent-folder/missing.xml", ""), nullptr);
+}
+
+}  // namespace
