@@ -26,8 +26,19 @@ const XMLCh* ZXmlElementHandler::GetText() const {
     return text_.c_str();
 }
 
+// One pass over both texts: called for every element the reader records.
 bool ZXmlElementHandler::IsHandlerFor(const XMLCh* tag) const {
-    return tag != nullptr && tagName_.compare(tag) == 0;
+    if (tag == nullptr) {
+        return false;
+    }
+    const std::size_t length = tagName_.size();
+    const XMLCh* own = tagName_.data();
+    for (std::size_t index = 0; index < length; ++index) {
+        if (tag[index] != own[index]) {
+            return false;
+        }
+    }
+    return tag[length] == 0;
 }
 
 }  // namespace Korvel

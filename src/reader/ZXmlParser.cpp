@@ -15,6 +15,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -39,6 +40,23 @@ const XMLByte kNoBytes[1] = {0};
 // The encoding probe needs only the first few bytes of a file.
 constexpr std::size_t kProbeBytes = 64;
 
+// Tells the frame when the document declares a document type. Without one there are neither
+// entities nor attribute defaults, so attribute values are never longer than the document
+// bytes they come from, and the frame need not count them against the budget.
+class DocTypeAwareParser : public xercesc::SAXParser {
+public:
+    explicit DocTypeAwareParser(bool& docTypeSeen) : docTypeSeen_(docTypeSeen) {}
+
+    void doctypeDecl(const xercesc::DTDElementDecl& elemDecl, const XMLCh* const publicId,
+                     const XMLCh* const systemId, const bool hasIntSubset, const bool hasExtSubset) override {
+        docTypeSeen_ = true;
+        xercesc::SAXParser::doctypeDecl(elemDecl, publicId, systemId, hasIntSubset, hasExtSubset);
+    }
+
+private:
+    bool& docTypeSeen_;
+};
+
 }  // namespace
 
 ZXmlParser::ZXmlParser(std::shared_ptr<IXmlParserUtilsFactory> utilsFactory)
@@ -61,7 +79,9 @@ ZXmlParser::~ZXmlParser() {
         if (utilsFactory_ && elementStack_ != nullptr) {
             utilsFactory_->DestroyElementStack(elementStack_);
         }
-        currentHandler_.reset();
+        currentHandler_ = nullptr;
+        lastEntry_ = nullptr;
+        tagTable_.clear();
         handlers_.clear();
         reporting_.reset();
         platform_.reset();
@@ -86,7 +106,9 @@ void ZXmlParser::RegisterHandler(const std::shared_ptr<IXmlElementHandler>& hand
     if (!handler || handler->GetTagName() == nullptr) {
         return;
     }
-    handlers_.emplace(Platform::WideString(handler->GetTagName()), handler);
+    if (handlers_.emplace(Platform::WideString(handler->GetTagName()), handler).second) {
+        RebuildTagTable();
+    }
 }
 
 void ZXmlParser::UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& handler) {
@@ -95,7 +117,13 @@ void ZXmlParser::UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& ha
     }
     auto found = handlers_.find(WideView(handler->GetTagName()));
     if (found != handlers_.end()) {
+        // A handler taken away during a parse may be the one running or the one receiving the
+        // current element's text: it lives on until the parse ends.
+        if (parsing_) {
+            retired_.push_back(found->second);
+        }
         handlers_.erase(found);
+        RebuildTagTable();
     }
 }
 
@@ -239,9 +267,10 @@ void ZXmlParser::ResetParseState() {
     errorSeen_ = false;
     depth_ = 0;
     textSpent_ = 0;
+    docTypeSeen_ = false;
     skipping_ = false;
     skippedTag_.clear();
-    currentHandler_.reset();
+    currentHandler_ = nullptr;
     locator_ = nullptr;
     if (elementStack_ != nullptr) {
         while (!elementStack_->IsEmpty()) {
@@ -267,15 +296,19 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
         // Declared before the parser, which keeps a pointer to it.
         xercesc::SecurityManager securityManager;
         securityManager.setEntityExpansionLimit(ReaderLimits::kEntityExpansionLimit);
-        xercesc::SAXParser parser;
+        DocTypeAwareParser parser(docTypeSeen_);
         parser.setDocumentHandler(this);
         parser.setErrorHandler(this);
+        // The parser reports the document type declaration only with a DTD handler installed;
+        // the handler's own callbacks do nothing.
+        parser.setDTDHandler(this);
         // Hardening: nothing outside the named document is loaded, and entity expansion is
         // bounded. Documents without a document type declaration are read unchanged.
         parser.setEntityResolver(this);
         parser.setLoadExternalDTD(false);
         parser.setDisableDefaultEntityResolution(true);
         parser.setSecurityManager(&securityManager);
+        parsing_ = true;
         try {
             parser.parse(source);
         } catch (const ParseAborted&) {
@@ -292,8 +325,10 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
     } catch (...) {
         SetFatalError(Msg::kUnexpectedException);
     }
+    parsing_ = false;
     locator_ = nullptr;
-    currentHandler_.reset();
+    currentHandler_ = nullptr;
+    retired_.clear();
     if (!errorSeen_) {
         succeeded_ = true;
     }
@@ -324,7 +359,7 @@ void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& a
     if (++depth_ > ReaderLimits::kMaxElementDepth) {
         Abort(Msg::kDepthLimitBegin + std::to_string(ReaderLimits::kMaxElementDepth) + Msg::kDepthLimitEnd);
     }
-    if (textBudget_ != 0) {
+    if (textBudget_ != 0 && docTypeSeen_) {
         uint64_t units = 0;
         const XMLSize_t count = attributes.getLength();
         for (XMLSize_t index = 0; index < count; ++index) {
@@ -337,20 +372,19 @@ void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& a
     if (skipping_) {
         return;
     }
-    const WideView tag(name);
-    auto found = handlers_.find(tag);
-    if (found == handlers_.end()) {
-        skippedTag_.assign(tag);
+    IXmlElementHandler* handler = FindHandler(name);
+    if (handler == nullptr) {
+        skippedTag_.assign(name);
         skipping_ = true;
         if (WantsLevel(ReportLevelInfo)) {
-            reporting_->Info(Msg::kUnknownTagBegin + Platform::Utf16ToUtf8(name, tag.size()) +
+            reporting_->Info(Msg::kUnknownTagBegin + Platform::Utf16ToUtf8(name, skippedTag_.size()) +
                              Msg::kUnknownTagEnd);
         }
         return;
     }
-    currentHandler_ = found->second;
-    currentHandler_->StartElement(name, attributes);
-    std::shared_ptr<IXmlElement> element = currentHandler_->GetCurrentElement();
+    currentHandler_ = handler;
+    handler->StartElement(name, attributes);
+    std::shared_ptr<IXmlElement> element = handler->GetCurrentElement();
     if (element && elementStack_ != nullptr) {
         elementStack_->Push(std::move(element));
     }
@@ -362,21 +396,51 @@ void ZXmlParser::endElement(const XMLCh* const name) {
     if (depth_ > 0) {
         --depth_;
     }
-    const WideView tag(name);
-    if (skipping_ && tag == WideView(skippedTag_)) {
+    if (skipping_ && WideView(name) == WideView(skippedTag_)) {
         skipping_ = false;
         skippedTag_.clear();
         return;
     }
-    auto found = handlers_.find(tag);
-    if (found != handlers_.end()) {
-        const std::shared_ptr<IXmlElementHandler> handler = found->second;
+    if (IXmlElementHandler* handler = FindHandler(name)) {
         handler->EndElement(name);
         if (handler->GetCurrentElement() && elementStack_ != nullptr) {
             elementStack_->Pop();
         }
     }
-    currentHandler_.reset();
+    currentHandler_ = nullptr;
+}
+
+void ZXmlParser::RebuildTagTable() {
+    lastEntry_ = nullptr;
+    tagTable_.clear();
+    tagTable_.reserve(handlers_.size());
+    for (const auto& entry : handlers_) {
+        tagTable_.push_back(TagEntry{entry.first.c_str(), entry.first.size(), entry.second.get()});
+    }
+}
+
+// A document has about a dozen tags, and elements come in runs of the same tag (parameters of
+// a message, entries of a table): the entry found last is tried first, then the few others in
+// turn, which is cheaper than a search through the map by whole names.
+IXmlElementHandler* ZXmlParser::FindHandler(const XMLCh* name) {
+    const auto matches = [name](const TagEntry& entry) {
+        for (std::size_t index = 0; index < entry.length; ++index) {
+            if (name[index] != entry.tag[index]) {
+                return false;
+            }
+        }
+        return name[entry.length] == 0;
+    };
+    if (lastEntry_ != nullptr && matches(*lastEntry_)) {
+        return lastEntry_->handler;
+    }
+    for (const TagEntry& entry : tagTable_) {
+        if (entry.tag[0] == name[0] && matches(entry)) {
+            lastEntry_ = &entry;
+            return entry.handler;
+        }
+    }
+    return nullptr;
 }
 
 // Text after a close tag finds no current handler and is dropped; text inside an unknown

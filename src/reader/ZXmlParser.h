@@ -17,10 +17,12 @@
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Korvel {
 
@@ -83,13 +85,28 @@ private:
     void SpendText(uint64_t units);
     bool ParseWithBudget(const xercesc::InputSource& source, uint64_t documentBytes);
     void ResetParseState();
+    // The handler registered for the tag, or null.
+    IXmlElementHandler* FindHandler(const XMLCh* name);
+    void RebuildTagTable();
 
     std::shared_ptr<ZXmlPlatformInitializer> platform_;
     std::shared_ptr<IXmlParserUtilsFactory> utilsFactory_;
     HandlerMap handlers_;
     IXmlElementStack* elementStack_ = nullptr;
     std::shared_ptr<IReporting> reporting_;
-    std::shared_ptr<IXmlElementHandler> currentHandler_;
+    // Owned by handlers_ (or retired_ once unregistered during the parse).
+    IXmlElementHandler* currentHandler_ = nullptr;
+    std::vector<std::shared_ptr<IXmlElementHandler>> retired_;
+    bool parsing_ = false;
+    // The tags of handlers_ (keys of the map) and their handlers, for the search by tag.
+    struct TagEntry {
+        const XMLCh* tag;
+        std::size_t length;
+        IXmlElementHandler* handler;
+    };
+    std::vector<TagEntry> tagTable_;
+    const TagEntry* lastEntry_ = nullptr;  // the entry found last, or null
+    bool docTypeSeen_ = false;
     Platform::WideString skippedTag_;
     bool skipping_ = false;
     bool succeeded_ = false;
