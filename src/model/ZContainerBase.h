@@ -77,6 +77,13 @@ protected:
     // Checks the key first, then builds the item from the arguments directly in the container.
     template <typename K, typename... Args>
     uint32_t EmplaceItem(const K& key, Args&&... args) {
+        return EmplaceMade(key, [&]() { return std::make_unique<Item>(std::forward<Args>(args)...); });
+    }
+
+    // The same with the item built by `make` (returning std::unique_ptr<Item>), called only
+    // when the key is new.
+    template <typename K, typename Make>
+    uint32_t EmplaceMade(const K& key, Make&& make) {
         auto hint = m_index.lower_bound(key);
         if (hint != m_index.end() && !m_index.key_comp()(key, hint->first)) {
             return InvalidIndex;
@@ -85,7 +92,7 @@ protected:
             throw std::length_error("container is full");
         }
         const auto index = static_cast<uint32_t>(m_items.size());
-        m_items.push_back(std::make_unique<Item>(std::forward<Args>(args)...));
+        m_items.push_back(make());
         m_items.back()->SetParent(this);
         try {
             m_index.emplace_hint(hint, Key(key), index);

@@ -4,6 +4,12 @@
 
 namespace Korvel {
 
+namespace {
+
+constexpr std::size_t kFirstCapacity = 4;
+
+}  // namespace
+
 ZMessage::ZMessage(uint32_t kind) : m_kind(kind) {}
 
 ZMessage::ZMessage(const ZMessage& other)
@@ -70,7 +76,14 @@ uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, co
                             const char* typeName, const char* unit, const char* semantics,
                             const char* convId) {
     id = TextOrEmpty(id);
-    return EmplaceItem(KeyText(id), id, bitPos, bitLen, value, typeName, unit, semantics, convId);
+    // Messages hold a few parameters each: room for four at the first spares the first
+    // reallocations.
+    if (m_items.capacity() == 0) {
+        m_items.reserve(kFirstCapacity);
+    }
+    return EmplaceMade(KeyText(id), [&]() {
+        return ZParam::MakeCompact(id, bitPos, bitLen, value, typeName, unit, semantics, convId);
+    });
 }
 
 // The new parameter's id is deliberately not mapped here: callers replace several parameters

@@ -34,6 +34,25 @@ ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* val
     m_texts.Assign({convId, semanticsText.c_str(), value, typeName.c_str(), unit, id});
 }
 
+ZParam::ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* storage, uint32_t bitPos,
+               uint32_t bitLen)
+    : m_texts(texts, layout, storage), m_bitPos(bitPos), m_bitLen(bitLen) {}
+
+std::unique_ptr<ZParam> ZParam::MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
+                                            const char* value, const char* typeName, const char* unit,
+                                            const char* semantics, const char* convId) {
+    const Pack::Texts texts{convId, semantics, value, typeName, unit, id};
+    const Pack::Layout layout = Pack::Measure(texts);
+    void* block = ::operator new(sizeof(ZParam) + layout.size);
+    char* storage = static_cast<char*>(block) + sizeof(ZParam);
+    try {
+        return std::unique_ptr<ZParam>(::new (block) ZParam(texts, layout, storage, bitPos, bitLen));
+    } catch (...) {
+        ::operator delete(block);
+        throw;
+    }
+}
+
 ZParam::~ZParam() = default;
 
 void ZParam::Assign(const IParam& other) {

@@ -7,6 +7,10 @@
 
 #include <ZeKL/IParam.h>
 
+#include <cstddef>
+#include <memory>
+#include <new>
+
 namespace Korvel {
 
 class ZParam : public ZModelItem, public IParam {
@@ -21,6 +25,16 @@ public:
            const char* unit, SemanticsFlags semantics, const char* convId);
     ZParam& operator=(const ZParam&) = delete;
     ~ZParam() override;
+
+    // The same parameter as the text constructor builds, with its texts in the parameter's own
+    // heap block: one allocation instead of two, and the texts beside the parameter.
+    static std::unique_ptr<ZParam> MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
+                                               const char* value, const char* typeName, const char* unit,
+                                               const char* semantics, const char* convId);
+    // Every parameter on the heap goes back through the plain global functions, also the
+    // compact ones, whose block is larger than the object.
+    static void* operator new(std::size_t size) { return ::operator new(size); }
+    static void operator delete(void* block) { ::operator delete(block); }
 
     void Assign(const IParam& other) override;
     const char* GetId() const override;
@@ -63,7 +77,13 @@ public:
 private:
     // One block holds the six texts; getters point into it until the next change.
     enum Slot { kConvId, kSemantics, kValue, kTypeName, kUnit, kId, kSlotCount };
-    ZTextPack<kSlotCount> m_texts;
+    using Pack = ZTextPack<kSlotCount>;
+
+    // Keeps the texts in `storage` (layout.size bytes behind the object, see MakeCompact).
+    ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* storage, uint32_t bitPos,
+           uint32_t bitLen);
+
+    Pack m_texts;
     uint32_t m_bitPos;
     uint32_t m_bitLen;
 };

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace Korvel {
 
@@ -21,27 +22,55 @@ public:
 
     ZTextPack() = default;
     explicit ZTextPack(const Texts& texts) { Assign(texts); }
+    // The lengths of the texts and the bytes they take in one block (0 when all are empty:
+    // then no block is needed).
+    struct Layout {
+        std::array<std::size_t, N> lengths{};
+        std::size_t size = 0;
+    };
+
+    // Keeps the texts in `storage`, which the owner provides with layout.size bytes (the layout
+    // of these texts) and keeps alive as long as this pack. A later change moves them to a
+    // block of their own.
+    ZTextPack(const Texts& texts, const Layout& layout, char* storage) { Fill(texts, layout, storage); }
     ZTextPack(const ZTextPack& other) : m_start(other.m_start) {
-        if (other.m_data) {
+        if (other.m_data != nullptr) {
             const std::size_t size = other.ByteSize();
-            m_data.reset(new char[size]);
-            std::memcpy(m_data.get(), other.m_data.get(), size);
+            m_owned.reset(new char[size]);
+            std::memcpy(m_owned.get(), other.m_data, size);
+            m_data = m_owned.get();
         }
     }
     ZTextPack& operator=(const ZTextPack& other) {
         if (this != &other) {
             ZTextPack copy(other);
-            m_data.swap(copy.m_data);
-            m_start = copy.m_start;
+            Swap(copy);
         }
         return *this;
     }
-    ZTextPack(ZTextPack&&) noexcept = default;
-    ZTextPack& operator=(ZTextPack&&) noexcept = default;
+    // Texts in storage of the owner are copied: that storage stays with the owner.
+    ZTextPack(ZTextPack&& other) : m_start(other.m_start) {
+        if (other.m_owned) {
+            m_owned.swap(other.m_owned);
+            m_data = m_owned.get();
+        } else if (other.m_data != nullptr) {
+            ZTextPack copy(other);
+            Swap(copy);
+        }
+        other.m_data = nullptr;
+        other.m_start.fill(0);
+    }
+    ZTextPack& operator=(ZTextPack&& other) {
+        if (this != &other) {
+            ZTextPack moved(std::move(other));
+            Swap(moved);
+        }
+        return *this;
+    }
     ~ZTextPack() = default;
 
     // Pointer into the block, valid until the next change.
-    const char* Get(std::size_t slot) const { return m_data ? m_data.get() + m_start[slot] : ""; }
+    const char* Get(std::size_t slot) const { return m_data != nullptr ? m_data + m_start[slot] : ""; }
 
     // The new text may point into this pack: the old block lives until the new one is built.
     void Set(std::size_t slot, const char* text) {
@@ -55,39 +84,64 @@ public:
 
     // Null texts are stored as empty texts. All empty texts need no block at all.
     void Assign(const Texts& texts) {
-        std::array<std::size_t, N> lengths{};
+        const Layout layout = Measure(texts);
+        if (layout.size == 0) {
+            m_owned.reset();
+            m_data = nullptr;
+            m_start.fill(0);
+            return;
+        }
+        ZTextPack built;
+        built.m_owned.reset(new char[layout.size]);
+        built.Fill(texts, layout, built.m_owned.get());
+        Swap(built);
+    }
+
+    static Layout Measure(const Texts& texts) {
+        Layout layout;
         std::size_t total = 0;
         bool allEmpty = true;
         for (std::size_t i = 0; i < N; ++i) {
-            lengths[i] = std::strlen(TextOrEmpty(texts[i]));
-            allEmpty = allEmpty && lengths[i] == 0;
-            total += lengths[i] + 1;
+            layout.lengths[i] = std::strlen(TextOrEmpty(texts[i]));
+            allEmpty = allEmpty && layout.lengths[i] == 0;
+            total += layout.lengths[i] + 1;
             if (total > UINT32_MAX) {
                 throw std::length_error("texts of one item exceed 4 GiB");
             }
         }
-        if (allEmpty) {
-            m_data.reset();
-            m_start.fill(0);
-            return;
-        }
-        std::unique_ptr<char[]> data(new char[total]);
-        std::array<uint32_t, N> start{};
-        std::size_t offset = 0;
-        for (std::size_t i = 0; i < N; ++i) {
-            start[i] = static_cast<uint32_t>(offset);
-            std::memcpy(data.get() + offset, TextOrEmpty(texts[i]), lengths[i]);
-            offset += lengths[i];
-            data[offset++] = '\0';
-        }
-        m_data.swap(data);
-        m_start = start;
+        layout.size = allEmpty ? 0 : total;
+        return layout;
     }
 
 private:
     std::size_t ByteSize() const { return m_start[N - 1] + std::strlen(Get(N - 1)) + 1; }
 
-    std::unique_ptr<char[]> m_data;
+    void Swap(ZTextPack& other) noexcept {
+        m_owned.swap(other.m_owned);
+        std::swap(m_data, other.m_data);
+        std::swap(m_start, other.m_start);
+    }
+
+    // Writes the texts back to back into `storage` (layout.size bytes; none when all are empty).
+    void Fill(const Texts& texts, const Layout& layout, char* storage) {
+        if (layout.size == 0) {
+            m_data = nullptr;
+            m_start.fill(0);
+            return;
+        }
+        std::size_t offset = 0;
+        for (std::size_t i = 0; i < N; ++i) {
+            const std::size_t length = layout.lengths[i];
+            m_start[i] = static_cast<uint32_t>(offset);
+            std::memcpy(storage + offset, TextOrEmpty(texts[i]), length);
+            offset += length;
+            storage[offset++] = '\0';
+        }
+        m_data = storage;
+    }
+
+    std::unique_ptr<char[]> m_owned;  // the block when the pack has its own
+    const char* m_data = nullptr;     // the block in use: m_owned or the owner's storage
     std::array<uint32_t, N> m_start{};
 };
 

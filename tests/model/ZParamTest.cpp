@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <typeinfo>
 
@@ -272,6 +273,48 @@ TEST(Param_ValueBytes, PadsAsciiWithZeroBytesAndReversesForIntel) {
 TEST(Param_ValueBytes, ReadsNoneValuesAsHexText) {
     ZParam param("P", 0, 24, "0x12 0x3", "none", "", "MOTOROLA", "");
     EXPECT_EQ(param.GetValueBytes(), (ByteBuffer{0x12, 0x03, 0x00}));
+}
+
+TEST(Param_MakeCompact, KeepsEveryAttributeAsTheTextConstructorDoes) {
+    const std::unique_ptr<ZParam> param =
+        ZParam::MakeCompact("Speed", 16, 8, "0x12", "unsigned", "km/h", "CONST", "Speed_Formula");
+    ASSERT_NE(param, nullptr);
+    EXPECT_STREQ(param->GetId(), "Speed");
+    EXPECT_EQ(param->GetBitPos(), 16u);
+    EXPECT_EQ(param->GetBitLength(), 8u);
+    EXPECT_STREQ(param->GetValue(), "0x12");
+    EXPECT_STREQ(param->GetDataTypeName(), "unsigned");
+    EXPECT_STREQ(param->GetUnit(), "km/h");
+    EXPECT_STREQ(param->GetSemantics(), "CONST");
+    EXPECT_STREQ(param->GetConvId(), "Speed_Formula");
+}
+
+TEST(Param_MakeCompact, ReadsNullTextsAsEmpty) {
+    const std::unique_ptr<ZParam> param =
+        ZParam::MakeCompact(nullptr, 0, 8, nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_STREQ(param->GetId(), "");
+    EXPECT_STREQ(param->GetValue(), "");
+    EXPECT_STREQ(param->GetConvId(), "");
+}
+
+TEST(Param_MakeCompact, TakesChangesAlsoFromItsOwnTexts) {
+    std::unique_ptr<ZParam> param = ZParam::MakeCompact("A", 0, 8, "0x01", "unsigned", "rpm", "", "conv");
+    param->SetUnit(param->GetConvId());
+    param->SetId("a much longer identifier than the one the parameter was built with");
+    EXPECT_STREQ(param->GetUnit(), "conv");
+    EXPECT_STREQ(param->GetId(), "a much longer identifier than the one the parameter was built with");
+    EXPECT_STREQ(param->GetValue(), "0x01");
+    const ZParam copy(*param);
+    param.reset();
+    EXPECT_STREQ(copy.GetUnit(), "conv");
+    EXPECT_STREQ(copy.GetDataTypeName(), "unsigned");
+}
+
+TEST(Param_MakeCompact, IsDestroyedThroughItsInterface) {
+    std::unique_ptr<IParam> param(ZParam::MakeCompact("A", 0, 8, "1", "unsigned", "", "", "").release());
+    EXPECT_STREQ(param->GetValue(), "1");
+    param.reset();
+    SUCCEED();
 }
 
 }  // namespace
