@@ -64,35 +64,50 @@ int SlotOf(const XMLCh* name) {
     }
 }
 
-// Appends the UTF-8 form of `text` and a terminating zero to `out`; gives the offset of the
-// text. Attribute values are nearly always ASCII, which needs no transcoder and no string of
-// its own.
-std::size_t AppendNarrow(std::string& out, const XMLCh* text) {
-    const std::size_t start = out.size();
-    // Short ASCII values, by far the most common, go through a small buffer in one pass.
-    char buffer[64];
-    std::size_t length = 0;
-    for (; length < sizeof buffer && text[length] != 0 && text[length] < 0x80; ++length) {
-        buffer[length] = static_cast<char>(text[length]);
-    }
-    if (text[length] == 0) {
-        out.append(buffer, length);
-        out.push_back('\0');
-        return start;
-    }
-    bool ascii = true;
-    for (length = 0; text[length] != 0; ++length) {
-        ascii = ascii && text[length] < 0x80;
-    }
-    if (ascii) {
-        for (std::size_t i = 0; i < length; ++i) {
-            out.push_back(static_cast<char>(text[i]));
+// Narrows the texts into `out`, each followed by a zero, and gives each text's offset in `at`.
+// Attribute values are nearly always ASCII: such texts are copied unit by unit into one block
+// sized once, with no transcoder and no string of their own.
+template <std::size_t N>
+void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&at)[N]) {
+    std::size_t lengths[N];
+    bool ascii[N];
+    std::size_t total = 0;
+    for (std::size_t i = 0; i < N; ++i) {
+        const XMLCh* text = texts[i];
+        XMLCh units = 0;
+        std::size_t length = 0;
+        for (; text[length] != 0; ++length) {
+            units |= text[length];
         }
-    } else {
-        out += Platform::Utf16ToUtf8(text, length);
+        lengths[i] = length;
+        ascii[i] = units < 0x80;
+        total += length + 1;
     }
-    out.push_back('\0');
-    return start;
+    // Other texts are longer in UTF-8; they are appended as they are transcoded.
+    out.resize(total);
+    std::size_t offset = 0;
+    for (std::size_t i = 0; i < N; ++i) {
+        if (!ascii[i]) {
+            const std::string narrow = Platform::Utf16ToUtf8(texts[i], lengths[i]);
+            out.resize(offset);
+            out.append(narrow).push_back('\0');
+            at[i] = offset;
+            offset = out.size();
+            continue;
+        }
+        if (out.size() < offset + lengths[i] + 1) {
+            out.resize(offset + lengths[i] + 1);
+        }
+        char* block = &out[offset];
+        const XMLCh* text = texts[i];
+        for (std::size_t k = 0; k < lengths[i]; ++k) {
+            block[k] = static_cast<char>(text[k]);
+        }
+        block[lengths[i]] = '\0';
+        at[i] = offset;
+        offset += lengths[i] + 1;
+    }
+    out.resize(offset);
 }
 
 }  // namespace
@@ -145,17 +160,15 @@ IParam* ZKLXEHParameter::AddParam(IMessage& message, const xercesc::AttributeLis
                        semantics != nullptr && convId != nullptr;
     if (bitPos.valid && bitLen.valid && texts) {
         // The six texts go into one reused buffer; the message copies them.
-        scratch_.clear();
-        const std::size_t idAt = AppendNarrow(scratch_, id);
-        const std::size_t valueAt = AppendNarrow(scratch_, value);
-        const std::size_t typeAt = AppendNarrow(scratch_, type);
-        const std::size_t unitAt = AppendNarrow(scratch_, unit);
-        const std::size_t semanticsAt = AppendNarrow(scratch_, semantics);
-        const std::size_t convIdAt = AppendNarrow(scratch_, convId);
+        enum { kIdText, kValueText, kTypeText, kUnitText, kSemanticsText, kConvIdText, kTextCount };
+        const XMLCh* const wide[kTextCount] = {id, value, type, unit, semantics, convId};
+        std::size_t at[kTextCount];
+        NarrowAll(scratch_, wide, at);
         const char* texts8 = scratch_.c_str();
-        const uint32_t index =
-            message.AddParam(texts8 + idAt, bitPos.value, bitLen.value, texts8 + valueAt, texts8 + typeAt,
-                             texts8 + unitAt, texts8 + semanticsAt, texts8 + convIdAt);
+        const std::size_t idAt = at[kIdText];
+        const uint32_t index = message.AddParam(
+            texts8 + idAt, bitPos.value, bitLen.value, texts8 + at[kValueText], texts8 + at[kTypeText],
+            texts8 + at[kUnitText], texts8 + at[kSemanticsText], texts8 + at[kConvIdText]);
         IParam* param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
         if (param == nullptr && Wants(ReportLevelError)) {
             Report(ReportLevelError,
