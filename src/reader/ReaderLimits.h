@@ -7,7 +7,7 @@
 // - kEntityExpansionLimit: the most entity references the XML library expands in one
 //   document (its SecurityManager). An entity-expansion bomb ("billion laughs") ends as a
 //   fatal error of the XML library long before it costs time or memory.
-// - Expansion budget: the text a document delivers (attribute values and character data,
+// - Expansion budget: once a document declares a DOCTYPE, the text it delivers (attribute values and character data,
 //   counted in UTF-16 units) may not exceed the size of the document in bytes. Every
 //   character of a document without entity declarations comes from at least one byte, so
 //   only documents that multiply text through entities or attribute defaults of a document
