@@ -1,6 +1,5 @@
 #include "reader/ZKLReaderImpl.h"
 
-#include "reader/ReaderMessages.h"
 #include "reader/RegularFile.h"
 
 #include "reader/ZKLReportingHandler.h"
@@ -15,12 +14,9 @@
 #include "reader/handlers/ZKLXEHRequest.h"
 #include "reader/handlers/ZKLXEHResponse.h"
 
-#include <filesystem>
 #include <fstream>
 
 namespace Korvel {
-
-namespace Msg = ReaderMessages;
 
 namespace {
 
@@ -104,36 +100,9 @@ std::unique_ptr<IEcu> ZKLReaderImpl::Read(const std::shared_ptr<IReporting>& rep
     }
 }
 
-// The XML library loses memory when it fails to open the primary document, so a file that
-// cannot be opened is refused before parsing. Missing arguments are left to ParseFile, which
-// reports them in its own words.
-static bool RefusedAsUnopenable(IReporting& reporting, const char* path, const char* encoding) {
-    if (path == nullptr || path[0] == '\0' || encoding == nullptr) {
-        return false;
-    }
-    try {
-        const std::filesystem::path filePath = std::filesystem::u8path(path);
-        std::error_code error;
-        if (std::filesystem::exists(filePath, error) && !IsRegularFile(path)) {
-            return false;  // ParseFile refuses it without opening it (a FIFO would block here)
-        }
-        std::ifstream file(filePath, std::ios::binary);
-        if (file.is_open()) {
-            return false;
-        }
-    } catch (...) {
-        // Treated as a file that cannot be opened.
-    }
-    reporting.Fatal(Msg::kCannotOpenFileBegin + std::string(path) + Msg::kCannotOpenFileEnd);
-    return true;
-}
-
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadFile(const char* path, const char* encoding) {
-    const auto reporting = std::make_shared<ZKLReportingHandler>();
-    if (RefusedAsUnopenable(*reporting, path, encoding)) {
-        return nullptr;
-    }
-    return Read(reporting, [&](ZKLXmlParser& parser) { return parser.ParseFile(path, encoding); });
+    return Read(std::make_shared<ZKLReportingHandler>(),
+                [&](ZKLXmlParser& parser) { return parser.ParseFile(path, encoding); });
 }
 
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadMemory(const char* data, uint32_t length, const char* encoding) {
@@ -146,9 +115,6 @@ std::unique_ptr<IEcu> ZKLReaderImpl::ReadText(const std::string& text, const cha
 }
 
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadFile(const char* path, const char* encoding, IReporting& reporting) {
-    if (RefusedAsUnopenable(reporting, path, encoding)) {
-        return nullptr;
-    }
     return Read(Borrow(reporting), [&](ZKLXmlParser& parser) { return parser.ParseFile(path, encoding); });
 }
 

@@ -183,12 +183,17 @@ bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     try {
-        // A folder, a FIFO or a device is refused before the XML library opens it (see
-        // RegularFile.h); a missing file is left to the library, which reports it.
+        // A folder, a FIFO or a device is refused before anything opens it (see
+        // RegularFile.h). A file that cannot be opened is refused before the XML library sees
+        // it, since the library loses memory when it fails to open the primary document.
         std::error_code sizeError;
         const std::filesystem::path filePath = std::filesystem::u8path(path);
         if (std::filesystem::exists(filePath, sizeError) && !IsRegularFile(path)) {
             SetFatalError(Msg::kNoRegularFileBegin + std::string(path) + Msg::kNoRegularFileEnd);
+            return false;
+        }
+        if (!std::ifstream(filePath, std::ios::binary).is_open()) {
+            SetFatalError(Msg::kCannotOpenFileBegin + std::string(path) + Msg::kCannotOpenFileEnd);
             return false;
         }
         const std::uintmax_t size = std::filesystem::file_size(filePath, sizeError);
