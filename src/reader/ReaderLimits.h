@@ -4,16 +4,20 @@
 // - kMaxElementDepth: the deepest nesting of open elements (known or unknown) a document may
 //   have. One element more is a fatal error that ends the read with no result, so a document
 //   nested 100,000 levels deep cannot exhaust the stack or the memory of the parse.
+// - Entity declarations: the first one, general or parameter, internal or external, is a
+//   fatal error that ends the read with no result. The format uses no entities of its own
+//   (the five predefined ones and character references stay as XML has them), and an
+//   expansion limit alone cannot keep a read bounded: a few thousand references to one large
+//   entity in an attribute value, or references inside the attribute defaults of a document
+//   type declaration (which the XML library does not count), make the library build text
+//   far beyond the document's size before any callback could stop it.
 // - kEntityExpansionLimit: the most entity references the XML library expands in one
-//   document (its SecurityManager). An entity-expansion bomb ("billion laughs") ends as a
-//   fatal error of the XML library long before it costs time or memory.
+//   document (its SecurityManager), a second line behind the rule above.
 // - Expansion budget: once a document declares a DOCTYPE, the text it delivers (attribute
 //   values and character data, counted in UTF-16 units) may not exceed the size of the
-//   document in bytes. Every character of a document without entity declarations comes from
-//   at least one byte, so only documents that multiply text through entities or attribute
-//   defaults of a document type declaration reach it; they end as a fatal error with no
-//   result. The budget applies to files, memory buffers and texts, whose size the reader
-//   knows.
+//   document in bytes. Only attribute defaults repeated on many elements reach it now; they
+//   end as a fatal error with no result. The budget applies to files, memory buffers and
+//   texts, whose size the reader knows.
 // - External entities and external document type definitions are never loaded: nothing but
 //   the named document is opened, on disk or on the network (see ZXmlParser::Parse).
 #pragma once

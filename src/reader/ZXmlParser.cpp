@@ -14,6 +14,7 @@
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <cstddef>
 #include <cstdio>
@@ -40,24 +41,30 @@ const XMLByte kNoBytes[1] = {0};
 // The encoding probe needs only the first few bytes of a file.
 constexpr std::size_t kProbeBytes = 64;
 
+}  // namespace
+
 // Tells the frame when the document declares a document type. Without one there are neither
 // entities nor attribute defaults, so attribute values are never longer than the document
-// bytes they come from, and the frame need not count them against the budget.
-class DocTypeAwareParser : public xercesc::SAXParser {
+// bytes they come from, and the frame need not count them against the budget. An entity
+// declaration ends the parse as soon as it is read, before anything can refer to it.
+class ZXmlParser::DocTypeWatcher : public xercesc::SAXParser {
 public:
-    explicit DocTypeAwareParser(bool& docTypeSeen) : docTypeSeen_(docTypeSeen) {}
+    explicit DocTypeWatcher(ZXmlParser& owner) : owner_(owner) {}
 
     void doctypeDecl(const xercesc::DTDElementDecl& elemDecl, const XMLCh* const publicId,
                      const XMLCh* const systemId, const bool hasIntSubset, const bool hasExtSubset) override {
-        docTypeSeen_ = true;
+        owner_.docTypeSeen_ = true;
         xercesc::SAXParser::doctypeDecl(elemDecl, publicId, systemId, hasIntSubset, hasExtSubset);
     }
 
-private:
-    bool& docTypeSeen_;
-};
+    void entityDecl(const xercesc::DTDEntityDecl& entityDecl, const bool isPEDecl,
+                    const bool /*isIgnored*/) override {
+        owner_.RefuseEntity(entityDecl.getName(), isPEDecl);
+    }
 
-}  // namespace
+private:
+    ZXmlParser& owner_;
+};
 
 ZXmlParser::ZXmlParser(std::shared_ptr<IXmlParserUtilsFactory> utilsFactory)
     : utilsFactory_(std::move(utilsFactory)) {
@@ -301,7 +308,7 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
         // Declared before the parser, which keeps a pointer to it.
         xercesc::SecurityManager securityManager;
         securityManager.setEntityExpansionLimit(ReaderLimits::kEntityExpansionLimit);
-        DocTypeAwareParser parser(docTypeSeen_);
+        DocTypeWatcher parser(*this);
         parser.setDocumentHandler(this);
         parser.setErrorHandler(this);
         // The parser reports the document type declaration only with a DTD handler installed;
@@ -358,6 +365,11 @@ void ZXmlParser::SpendText(uint64_t units) {
     if (textBudget_ != 0 && textSpent_ > textBudget_) {
         Abort(Msg::kExpansionLimitBegin + std::to_string(textBudget_) + Msg::kExpansionLimitEnd);
     }
+}
+
+void ZXmlParser::RefuseEntity(const XMLCh* name, bool parameter) {
+    const std::string text = name != nullptr ? Platform::Utf16ToUtf8(name) : std::string();
+    Abort((parameter ? Msg::kParameterEntityBegin : Msg::kEntityBegin) + text + Msg::kEntityEnd);
 }
 
 void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& attributes) {

@@ -74,6 +74,9 @@ public:
     static bool ProbeFileEncoding(const char* path, std::string& encoding);
 
 private:
+    // The XML library's SAX parser, watching the document type declaration for this parser.
+    class DocTypeWatcher;
+
     using HandlerMap = std::map<Platform::WideString, std::shared_ptr<IXmlElementHandler>, std::less<>>;
 
     bool WantsLevel(int32_t level) const;
@@ -83,6 +86,8 @@ private:
     [[noreturn]] void Abort(const std::string& reason);
     // Counts delivered text against the document's size (see ReaderLimits.h).
     void SpendText(uint64_t units);
+    // Ends the parse at the first entity declaration (see ReaderLimits.h).
+    [[noreturn]] void RefuseEntity(const XMLCh* name, bool parameter);
     bool ParseWithBudget(const xercesc::InputSource& source, uint64_t documentBytes);
     void ResetParseState();
     // The handler registered for the tag, or null.

@@ -365,29 +365,61 @@ TEST_F(ZXmlParserTest, Hardening_EntityExpansionBombEndsAsAFatalError) {
     EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
 }
 
-TEST_F(ZXmlParserTest, Hardening_EntityExpansionLimitHoldsWithoutATextBudget) {
-    // A source of unknown size has no text budget; the XML library's own limit stops it.
+TEST_F(ZXmlParserTest, Hardening_EntityDeclarationsAreRefusedWithoutATextBudget) {
+    // A source of unknown size has no text budget; the first declaration stops it all the same.
     const std::string document = LaughsDocument();
     xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(document.data()), document.size(),
                                       "laughs");
     EXPECT_FALSE(parser.Parse(source));
     const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
     ASSERT_EQ(fatals.size(), 1u);
-    EXPECT_NE(fatals[0].find(std::to_string(ReaderLimits::kEntityExpansionLimit)), std::string::npos)
-        << fatals[0];
+    EXPECT_EQ(fatals[0],
+              "The document declares the entity 'l0'; entity declarations are refused! [Line 1, Column 52]");
+    EXPECT_EQ(parser.GetLastError(),
+              "The document declares the entity 'l0'; entity declarations are refused!");
+    EXPECT_TRUE(events.empty());
 }
 
-TEST_F(ZXmlParserTest, Hardening_ExternalGeneralEntityResolvesToNothing) {
+TEST_F(ZXmlParserTest, Hardening_ParameterEntityDeclarationsAreRefused) {
+    EXPECT_FALSE(Parse("<!DOCTYPE A [<!ENTITY % p \"<!ELEMENT A ANY>\"> %p; %p;]><A/>"));
+    const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
+    ASSERT_EQ(fatals.size(), 1u);
+    EXPECT_EQ(fatals[0].rfind(
+                  "The document declares the parameter entity 'p'; entity declarations are refused!", 0),
+              0u)
+        << fatals[0];
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(ZXmlParserTest, Hardening_NestedEntitiesInAnAttributeDefaultNeverExpand) {
+    // The XML library expands the references of an attribute default while it reads the
+    // declaration and counts none of them against its expansion limit.
+    std::string declarations = "<!ENTITY a \"x\">";
+    std::string previous = "a";
+    for (const char* name : {"b", "c", "d", "e", "f", "g", "h", "i"}) {
+        declarations += "<!ENTITY " + std::string(name) + " \"";
+        for (int i = 0; i < 10; ++i) {
+            declarations += "&" + previous + ";";
+        }
+        declarations += "\">";
+        previous = name;
+    }
+    EXPECT_FALSE(Parse("<!DOCTYPE A [" + declarations + "<!ATTLIST A t CDATA \"&i;\">]><A/>"));
+    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(ZXmlParserTest, Hardening_ExternalGeneralEntityIsRefusedUnread) {
     const std::string secret = TempFile("zxmlparser_secret.txt", "SECRET");
-    EXPECT_TRUE(Parse("<!DOCTYPE A [<!ENTITY e SYSTEM \"file://" + secret + "\">]><A>x&e;</A>"));
-    for (const std::string& event : events) {
-        EXPECT_EQ(event.find("SECRET"), std::string::npos) << event;
+    EXPECT_FALSE(Parse("<!DOCTYPE A [<!ENTITY e SYSTEM \"file://" + secret + "\">]><A>x&e;</A>"));
+    EXPECT_TRUE(events.empty());
+    for (const ReadMessage& message : sink->GetMessages()) {
+        EXPECT_EQ(message.text.find("SECRET"), std::string::npos) << message.text;
     }
 }
 
 TEST_F(ZXmlParserTest, Hardening_ExternalParameterEntityAndDtdAreNotLoaded) {
-    const std::string dtd = TempFile("zxmlparser_bad.dtd", "<!ENTITY x \"SECRET\">");
-    EXPECT_TRUE(Parse("<!DOCTYPE A [<!ENTITY % p SYSTEM \"" + dtd + "\"> %p;]><A/>"));
+    const std::string dtd = TempFile("zxmlparser_bad.dtd", "<!ATTLIST A t CDATA \"SECRET\">");
     EXPECT_TRUE(Parse("<!DOCTYPE A SYSTEM \"" + dtd + "\"><A/>"));
     EXPECT_TRUE(Parse("<!DOCTYPE A SYSTEM \"http://127.0.0.1:9/none.dtd\"><A/>"));
     EXPECT_TRUE(sink->GetMessages().empty());
@@ -433,7 +465,7 @@ TEST(ZXmlParser_EncodingProbe, NamesTheEncodingOfTheFirstBytes) {
     EXPECT_EQ(encoding, "UTF-8");
 }
 
-TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedBeyondTheDocumentSizeStopsTheRead) {
+TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedInAnAttributeIsRefusedAtItsDeclaration) {
     std::string references;
     for (int i = 0; i < 200; ++i) {
         references += "&big;";
@@ -443,12 +475,27 @@ TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedBeyondTheDocumentSizeStopsThe
     EXPECT_FALSE(Parse(document));
     const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
     ASSERT_EQ(fatals.size(), 1u);
+    EXPECT_EQ(fatals[0].rfind("The document declares the entity 'big'; entity declarations are refused!", 0),
+              0u)
+        << fatals[0];
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(ZXmlParserTest, Hardening_AttributeDefaultsBeyondTheDocumentSizeReportTheBudget) {
+    std::string elements;
+    for (int i = 0; i < 100; ++i) {
+        elements += "<B/>";
+    }
+    const std::string document =
+        "<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') + "\">]><A>" + elements + "</A>";
+    EXPECT_FALSE(Parse(document));
+    const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
+    ASSERT_EQ(fatals.size(), 1u);
     EXPECT_EQ(fatals[0].rfind("The document expands to more text than its " +
                                   std::to_string(document.size()) + " bytes hold! [Line 1, Column ",
                               0),
               0u)
         << fatals[0];
-    EXPECT_TRUE(events.empty());
 }
 
 TEST_F(ZXmlParserTest, Hardening_EntityTextInContentCountsToo) {
@@ -461,32 +508,27 @@ TEST_F(ZXmlParserTest, Hardening_EntityTextInContentCountsToo) {
     EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
 }
 
-TEST_F(ZXmlParserTest, Hardening_AttributeDefaultsRepeatedBeyondTheDocumentSizeStopTheRead) {
-    std::string elements;
-    for (int i = 0; i < 100; ++i) {
-        elements += "<B/>";
-    }
-    EXPECT_FALSE(Parse("<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') + "\">]><A>" +
-                       elements + "</A>"));
-    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
-}
-
-TEST_F(ZXmlParserTest, Hardening_EntitiesWithinTheDocumentSizeAreRead) {
-    EXPECT_TRUE(Parse("<!DOCTYPE A [<!ENTITY e \"xyz\">]><A t=\"&e;&e;\">&e;&lt;&#x41;</A>"));
+TEST_F(ZXmlParserTest, Hardening_PredefinedEntitiesAndCharacterReferencesAreRead) {
+    EXPECT_TRUE(
+        Parse("<!DOCTYPE A [<!ATTLIST A u CDATA \"&amp;&#x42;\">]><A t=\"&lt;&#65;&gt;\">&quot;&apos;</A>"));
     ASSERT_FALSE(events.empty());
-    EXPECT_EQ(events[0], "open A t=xyzxyz");
+    EXPECT_EQ(events[0].rfind("open A t=<A>", 0), 0u) << events[0];
+    EXPECT_NE(events[0].find("u=&B"), std::string::npos) << events[0];
+    EXPECT_TRUE(MessagesOfLevel(ReportLevelFatal).empty());
 }
 
 TEST_F(ZXmlParserTest, Hardening_TextBudgetAppliesToFiles) {
-    std::string references;
+    std::string elements;
     for (int i = 0; i < 200; ++i) {
-        references += "&big;";
+        elements += "<B/>";
     }
     const std::string path =
-        TempFile("zxmlparser_expanding.xml",
-                 "<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A>" + references + "</A>");
+        TempFile("zxmlparser_expanding.xml", "<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') +
+                                                 "\">]><A>" + elements + "</A>");
     EXPECT_FALSE(parser.ParseFile(path.c_str(), ""));
-    EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
+    const std::vector<std::string> fatals = MessagesOfLevel(ReportLevelFatal);
+    ASSERT_EQ(fatals.size(), 1u);
+    EXPECT_EQ(fatals[0].rfind("The document expands to more text than its ", 0), 0u) << fatals[0];
 }
 
 TEST_F(ZXmlParserTest, ParseFile_FolderIsRefusedWithAFatalMessage) {
