@@ -1,6 +1,7 @@
 #include "writer/ZKLWriterImpl.h"
 
 #include "platform/DebugOutput.h"
+#include "platform/MemoryAdvice.h"
 #include "writer/WriterMessages.h"
 #include "writer/ZSafeFileOutput.h"
 #include "writer/ZStringOutputBuffer.h"
@@ -54,6 +55,7 @@ std::size_t EstimateLength(const IEcu& ecu) {
 void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
     try {
         text.reserve(static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), kMaxLength)));
+        Platform::AdviseLargeBlock(text.data(), text.capacity());
     } catch (const std::bad_alloc&) {
         // Without the room the text grows as it goes.
     }
@@ -90,6 +92,10 @@ uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const
         if (text.size() > kMaxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
             return 0;
+        }
+        if (buffer.capacity() < text.size()) {
+            buffer.reserve(text.size());
+            Platform::AdviseLargeBlock(buffer.data(), buffer.capacity());
         }
         buffer.assign(text.begin(), text.end());
         return static_cast<uint32_t>(buffer.size());
