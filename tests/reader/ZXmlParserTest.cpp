@@ -114,6 +114,14 @@ protected:
     std::shared_ptr<FakeHandler> b;
 };
 
+std::string Repeat(const std::string& piece, int times) {
+    std::string text;
+    for (int i = 0; i < times; ++i) {
+        text += piece;
+    }
+    return text;
+}
+
 std::string TempFile(const std::string& name, const std::string& content) {
     const std::string path = ::testing::TempDir() + name;
     std::ofstream(path, std::ios::binary) << content;
@@ -349,11 +357,8 @@ namespace {
 std::string LaughsDocument() {
     std::string document = "<?xml version=\"1.0\"?><!DOCTYPE A [<!ENTITY l0 \"ha\">";
     for (int level = 1; level <= 9; ++level) {
-        document += "<!ENTITY l" + std::to_string(level) + " \"";
-        for (int i = 0; i < 10; ++i) {
-            document += "&l" + std::to_string(level - 1) + ";";
-        }
-        document += "\">";
+        document += "<!ENTITY l" + std::to_string(level) + " \"" +
+                    Repeat("&l" + std::to_string(level - 1) + ";", 10) + "\">";
     }
     return document + "]><A>&l9;</A>";
 }
@@ -397,11 +402,7 @@ TEST_F(ZXmlParserTest, Hardening_NestedEntitiesInAnAttributeDefaultNeverExpand) 
     std::string declarations = "<!ENTITY a \"x\">";
     std::string previous = "a";
     for (const char* name : {"b", "c", "d", "e", "f", "g", "h", "i"}) {
-        declarations += "<!ENTITY " + std::string(name) + " \"";
-        for (int i = 0; i < 10; ++i) {
-            declarations += "&" + previous + ";";
-        }
-        declarations += "\">";
+        declarations += "<!ENTITY " + std::string(name) + " \"" + Repeat("&" + previous + ";", 10) + "\">";
         previous = name;
     }
     EXPECT_FALSE(Parse("<!DOCTYPE A [" + declarations + "<!ATTLIST A t CDATA \"&i;\">]><A/>"));
@@ -466,10 +467,7 @@ TEST(ZXmlParser_EncodingProbe, NamesTheEncodingOfTheFirstBytes) {
 }
 
 TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedInAnAttributeIsRefusedAtItsDeclaration) {
-    std::string references;
-    for (int i = 0; i < 200; ++i) {
-        references += "&big;";
-    }
+    const std::string references = Repeat("&big;", 200);
     const std::string document =
         "<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A t=\"" + references + "\"/>";
     EXPECT_FALSE(Parse(document));
@@ -482,10 +480,7 @@ TEST_F(ZXmlParserTest, Hardening_FlatEntityRepeatedInAnAttributeIsRefusedAtItsDe
 }
 
 TEST_F(ZXmlParserTest, Hardening_AttributeDefaultsBeyondTheDocumentSizeReportTheBudget) {
-    std::string elements;
-    for (int i = 0; i < 100; ++i) {
-        elements += "<B/>";
-    }
+    const std::string elements = Repeat("<B/>", 100);
     const std::string document =
         "<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') + "\">]><A>" + elements + "</A>";
     EXPECT_FALSE(Parse(document));
@@ -498,11 +493,8 @@ TEST_F(ZXmlParserTest, Hardening_AttributeDefaultsBeyondTheDocumentSizeReportThe
         << fatals[0];
 }
 
-TEST_F(ZXmlParserTest, Hardening_EntityTextInContentCountsToo) {
-    std::string references;
-    for (int i = 0; i < 200; ++i) {
-        references += "&big;";
-    }
+TEST_F(ZXmlParserTest, Hardening_EntityUsedInContentIsRefusedToo) {
+    const std::string references = Repeat("&big;", 200);
     EXPECT_FALSE(
         Parse("<!DOCTYPE A [<!ENTITY big \"" + std::string(1000, 'x') + "\">]><A>" + references + "</A>"));
     EXPECT_EQ(MessagesOfLevel(ReportLevelFatal).size(), 1u);
@@ -518,10 +510,7 @@ TEST_F(ZXmlParserTest, Hardening_PredefinedEntitiesAndCharacterReferencesAreRead
 }
 
 TEST_F(ZXmlParserTest, Hardening_TextBudgetAppliesToFiles) {
-    std::string elements;
-    for (int i = 0; i < 200; ++i) {
-        elements += "<B/>";
-    }
+    const std::string elements = Repeat("<B/>", 200);
     const std::string path =
         TempFile("zxmlparser_expanding.xml", "<!DOCTYPE A [<!ATTLIST B t CDATA \"" + std::string(1000, 'x') +
                                                  "\">]><A>" + elements + "</A>");
