@@ -1,15 +1,15 @@
 // The one container of the model: an owning, insertion-ordered sequence of items plus an
-// ordered map from each item's key to its index. Every add stores a copy (or an item built in
-// place from the same arguments) and makes the container its parent.
+// index from each item's key to its position. Every add stores a copy (or an item built in
+// place from the same arguments) and makes the container its parent. `Index` is
+// ZOrderedIndex<Key> or ZTextIndex (see there).
 #pragma once
 
 #include "model/ZModelItem.h"
+#include "model/ZOrderedIndex.h"
 
 #include <ZeKL/IContainer.h>
 
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <type_traits>
@@ -18,27 +18,24 @@
 
 namespace Korvel {
 
-template <typename Key, typename Item>
+template <typename Key, typename Item, typename Index = ZOrderedIndex<Key>>
 class ZContainerBase : public ZModelItem, public virtual IContainer {
 public:
     using KeyArg = std::conditional_t<std::is_arithmetic_v<Key>, Key, const Key&>;
     using ItemList = std::vector<std::unique_ptr<Item>>;
-    // Transparent comparison: text keys are looked up from zero-terminated text without
-    // building a string object first.
-    using IndexMap = std::map<Key, uint32_t, std::less<>>;
 
     ZContainerBase() = default;
     ZContainerBase(const ZContainerBase&) = delete;
     ZContainerBase& operator=(const ZContainerBase&) = delete;
     ~ZContainerBase() override = default;
 
-    // The container is empty at once; the old items go after the map, in index order.
+    // The container is empty at once; the old items go after the index, in index order.
     void Clear() override {
         ItemList items;
-        IndexMap index;
+        Index index;
         items.swap(m_items);
-        index.swap(m_index);
-        index.clear();
+        index.Swap(m_index);
+        index.Clear();
         for (auto& item : items) {
             item.reset();
         }
@@ -46,28 +43,20 @@ public:
 
     uint32_t GetCount() const override { return static_cast<uint32_t>(m_items.size()); }
 
-    virtual bool Contains(KeyArg key) const { return m_index.find(key) != m_index.end(); }
+    virtual bool Contains(KeyArg key) const { return m_index.Find(key) != nullptr; }
 
     // True and the index when the key is present; the output is untouched otherwise.
     virtual bool GetIndex(KeyArg key, uint32_t& index) const {
-        const auto found = m_index.find(key);
-        if (found == m_index.end()) {
+        const uint32_t* found = m_index.Find(key);
+        if (found == nullptr) {
             return false;
         }
-        index = found->second;
+        index = *found;
         return true;
     }
 
-    // Walks the map in key order: linear, used only by the replace-at-index operations.
-    virtual bool GetKey(uint32_t index, Key& key) const {
-        for (const auto& entry : m_index) {
-            if (entry.second == index) {
-                key = entry.first;
-                return true;
-            }
-        }
-        return false;
-    }
+    // Linear: used only by the replace-at-index operations. No two keys share an index.
+    virtual bool GetKey(uint32_t index, Key& key) const { return m_index.KeyOf(index, key); }
 
     // Adds a copy of the prototype under the key; its index, or InvalidIndex when the key is
     // already present (then nothing changes).
@@ -84,8 +73,8 @@ protected:
     // when the key is new.
     template <typename K, typename Make>
     uint32_t EmplaceMade(const K& key, Make&& make) {
-        auto hint = m_index.lower_bound(key);
-        if (hint != m_index.end() && !m_index.key_comp()(key, hint->first)) {
+        const auto probe = m_index.Search(key);
+        if (probe.found) {
             return InvalidIndex;
         }
         if (m_items.size() >= InvalidIndex) {
@@ -95,7 +84,7 @@ protected:
         m_items.push_back(make());
         m_items.back()->SetParent(this);
         try {
-            m_index.emplace_hint(hint, Key(key), index);
+            m_index.InsertAt(probe, key, index);
         } catch (...) {
             m_items.pop_back();
             throw;
@@ -109,18 +98,18 @@ protected:
     // The item mapped to a key, or null.
     template <typename K>
     Item* FindItem(const K& key) const {
-        const auto found = m_index.find(key);
-        return found != m_index.end() ? ItemAt(found->second) : nullptr;
+        const uint32_t* found = m_index.Find(key);
+        return found != nullptr ? ItemAt(*found) : nullptr;
     }
 
-    // Puts a new item at an existing index; the old one is destroyed, the map is not touched.
+    // Puts a new item at an existing index; the old one is destroyed, the index is not touched.
     void ReplaceItemAt(uint32_t index, std::unique_ptr<Item> item) {
         item->SetParent(this);
         m_items[index].swap(item);
     }
 
-    // Replacing an entry at an index drops its key from the map and deliberately leaves the
-    // new entry unindexed: callers rely on reaching it by index only until the map is rebuilt.
+    // Replacing an entry at an index drops its key from the index and deliberately leaves the
+    // new entry unindexed: callers rely on reaching it by index only until the index is rebuilt.
     bool ReplaceUnindexed(uint32_t index, std::unique_ptr<Item> item) {
         if (index >= GetCount()) {
             return false;
@@ -129,13 +118,13 @@ protected:
         if (!GetKey(index, key)) {
             return false;
         }
-        m_index.erase(key);
+        m_index.Erase(key);
         ReplaceItemAt(index, std::move(item));
         return true;
     }
 
     ItemList m_items;
-    IndexMap m_index;
+    Index m_index;
 };
 
 }  // namespace Korvel

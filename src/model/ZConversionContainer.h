@@ -3,6 +3,7 @@
 
 #include "model/ZContainerBase.h"
 #include "model/ZConversion.h"
+#include "model/ZTextIndex.h"
 
 #include <ZeKL/IConversionContainer.h>
 
@@ -10,7 +11,8 @@
 
 namespace Korvel {
 
-class ZConversionContainer : public ZContainerBase<std::string, ZConversion>, public IConversionContainer {
+class ZConversionContainer : public ZContainerBase<std::string, ZConversion, ZTextIndex>,
+                             public IConversionContainer {
 public:
     ZConversionContainer();
     ZConversionContainer(const ZConversionContainer& other);

@@ -3,6 +3,7 @@
 
 #include "model/ZContainerBase.h"
 #include "model/ZInstance.h"
+#include "model/ZTextIndex.h"
 
 #include <ZeKL/IInstanceContainer.h>
 
@@ -10,7 +11,8 @@
 
 namespace Korvel {
 
-class ZInstanceContainer : public ZContainerBase<std::string, ZInstance>, public IInstanceContainer {
+class ZInstanceContainer : public ZContainerBase<std::string, ZInstance, ZTextIndex>,
+                           public IInstanceContainer {
 public:
     ZInstanceContainer();
     ZInstanceContainer(const ZInstanceContainer& other);

@@ -94,10 +94,7 @@ bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {
     }
     auto replacement = std::make_unique<ZParam>(param);
     if (const ZParam* old = m_items[index].get()) {
-        const auto found = m_index.find(KeyText(old->GetId()));
-        if (found != m_index.end()) {
-            m_index.erase(found);
-        }
+        m_index.Erase(KeyText(old->GetId()));
     }
     ReplaceItemAt(index, std::move(replacement));
     return true;
@@ -130,11 +127,11 @@ IParam* ZMessage::GetParam(int index) {
 
 // A repeated id ends up mapped to its last position.
 void ZMessage::ReindexParams() {
-    m_index.clear();
+    m_index.Clear();
     const uint32_t count = GetCount();
     for (uint32_t index = 0; index < count; ++index) {
         if (const ZParam* param = m_items[index].get()) {
-            m_index.insert_or_assign(std::string(param->GetId()), index);
+            m_index.Assign(KeyText(param->GetId()), index);
         }
     }
 }

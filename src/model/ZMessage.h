@@ -4,6 +4,7 @@
 
 #include "model/ZContainerBase.h"
 #include "model/ZParam.h"
+#include "model/ZTextIndex.h"
 
 #include <ZeKL/IMessage.h>
 
@@ -11,7 +12,7 @@
 
 namespace Korvel {
 
-class ZMessage : public ZContainerBase<std::string, ZParam>, public virtual IMessage {
+class ZMessage : public ZContainerBase<std::string, ZParam, ZTextIndex>, public virtual IMessage {
 public:
     ZMessage& operator=(const ZMessage&) = delete;
     ~ZMessage() override;

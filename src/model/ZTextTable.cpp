@@ -61,7 +61,7 @@ bool ZTextTable::CopyElement(uint32_t index, ZTextTableElement& out) const {
 }
 
 bool ZTextTable::Contains(const char* value) const {
-    return m_index.find(KeyText(value)) != m_index.end();
+    return m_index.Find(KeyText(value)) != nullptr;
 }
 
 void ZTextTable::AddElements(const ITextTable& other) {

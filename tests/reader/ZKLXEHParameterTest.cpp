@@ -42,6 +42,37 @@ TEST(ZKLXEHParameter_Open, AddsAParameterWithItsEightValues) {
     EXPECT_STREQ(param->GetConvId(), "conv");
 }
 
+// The texts of one parameter are narrowed together: long texts, non-ASCII texts between ASCII
+// ones and a short parameter after a long one must each keep exactly their own text.
+TEST(ZKLXEHParameter_Open, LongAndNonAsciiTextsKeepTheirOwnValues) {
+    const std::string longValue(5000, 'A');
+    auto result =
+        Read(InRequest("<PARAMETER id=\"Temp\" bitPos=\"0\" bitLen=\"8\" type=\"unsigned\" unit=\"\xC2\xB0"
+                       "C\" value=\"" +
+                       longValue +
+                       "\" semantics=\"\" convId=\"Conv_\xCE\xA9\"/>"
+                       "<PARAMETER id=\"p\" bitPos=\"8\" bitLen=\"4\" type=\"ascii\" unit=\"\xC2\xB5s\" "
+                       "value=\"x\" semantics=\"XID\" "
+                       "convId=\"\"/>"));
+    ASSERT_NE(result->ecu, nullptr);
+    EXPECT_TRUE(result->Faults().empty()) << result->AllMessages();
+    const IParam* first = RequestOf(*result->ecu)->GetParam("Temp");
+    ASSERT_NE(first, nullptr);
+    EXPECT_STREQ(first->GetUnit(),
+                 "\xC2\xB0"
+                 "C");
+    EXPECT_EQ(std::string(first->GetValue()), longValue);
+    EXPECT_STREQ(first->GetSemantics(), "");
+    EXPECT_STREQ(first->GetConvId(), "Conv_\xCE\xA9");
+    const IParam* second = RequestOf(*result->ecu)->GetParam("p");
+    ASSERT_NE(second, nullptr);
+    EXPECT_STREQ(second->GetUnit(), "\xC2\xB5s");
+    EXPECT_STREQ(second->GetValue(), "x");
+    EXPECT_STREQ(second->GetSemantics(), "XID");
+    EXPECT_STREQ(second->GetConvId(), "");
+    EXPECT_STREQ(second->GetDataTypeName(), "ascii");
+}
+
 TEST(ZKLXEHParameter_Open, BitPosZeroIsAccepted) {
     auto result = Read(InRequest(
         "<PARAMETER id=\"p\" bitPos=\"0\" bitLen=\"8\" type=\"none\" unit=\"\" value=\"\" semantics=\"\" "

@@ -4,6 +4,8 @@
 
 #include <ZeKL/IMessage.h>
 
+#include <cstring>
+
 namespace Korvel {
 
 namespace Msg = ReaderMessages;
@@ -35,12 +37,16 @@ std::string Narrow(const XMLCh* text) {
 // name per attribute.
 enum Slot { kId, kValue, kType, kUnit, kSemantics, kConvId, kBitPos, kBitLen, kSlotCount };
 
-bool Equals(const XMLCh* name, const char16_t* expected) {
-    while (*name != 0 && *name == *expected) {
-        ++name;
-        ++expected;
+// Compares up to and including the terminator, stopping at the first difference, so a shorter
+// name is never read past its end. The fixed length lets the compiler unroll the loop.
+template <std::size_t N>
+bool Equals(const XMLCh* name, const char16_t (&expected)[N]) {
+    for (std::size_t index = 0; index < N; ++index) {
+        if (name[index] != expected[index]) {
+            return false;
+        }
     }
-    return *name == *expected;
+    return true;
 }
 
 int SlotOf(const XMLCh* name) {
@@ -65,49 +71,46 @@ int SlotOf(const XMLCh* name) {
 }
 
 // Narrows the texts into `out`, each followed by a zero, and gives each text's offset in `at`.
-// Attribute values are nearly always ASCII: such texts are copied unit by unit into one block
-// sized once, with no transcoder and no string of their own.
+// Attribute values are nearly always ASCII: such a text is copied unit by unit in the same
+// pass that finds its end, with no transcoder and no string of its own. `out` only grows, so
+// after the first parameters it has the room and is never resized.
 template <std::size_t N>
 void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&at)[N]) {
-    std::size_t lengths[N];
-    bool ascii[N];
-    std::size_t total = 0;
+    std::size_t offset = 0;
+    char* block = out.data();
+    std::size_t room = out.size();
+    const auto ensure = [&](std::size_t needed) {
+        if (needed > room) {
+            out.resize(needed * 2);
+            block = out.data();
+            room = out.size();
+        }
+    };
     for (std::size_t i = 0; i < N; ++i) {
         const XMLCh* text = texts[i];
         XMLCh units = 0;
         std::size_t length = 0;
-        for (; text[length] != 0; ++length) {
-            units |= text[length];
+        for (;; ++length) {
+            ensure(offset + length + 1);
+            const XMLCh unit = text[length];
+            block[offset + length] = static_cast<char>(unit);
+            if (unit == 0) {
+                break;
+            }
+            units |= unit;
         }
-        lengths[i] = length;
-        ascii[i] = units < 0x80;
-        total += length + 1;
-    }
-    // Other texts are longer in UTF-8; they are appended as they are transcoded.
-    out.resize(total);
-    std::size_t offset = 0;
-    for (std::size_t i = 0; i < N; ++i) {
-        if (!ascii[i]) {
-            const std::string narrow = Platform::Utf16ToUtf8(texts[i], lengths[i]);
-            out.resize(offset);
-            out.append(narrow).push_back('\0');
-            at[i] = offset;
-            offset = out.size();
+        at[i] = offset;
+        if (units < 0x80) {
+            offset += length + 1;
             continue;
         }
-        if (out.size() < offset + lengths[i] + 1) {
-            out.resize(offset + lengths[i] + 1);
-        }
-        char* block = &out[offset];
-        const XMLCh* text = texts[i];
-        for (std::size_t k = 0; k < lengths[i]; ++k) {
-            block[k] = static_cast<char>(text[k]);
-        }
-        block[lengths[i]] = '\0';
-        at[i] = offset;
-        offset += lengths[i] + 1;
+        // Other texts are longer in UTF-8: this one is transcoded over its copied units.
+        const std::string narrow = Platform::Utf16ToUtf8(text, length);
+        ensure(offset + narrow.size() + 1);
+        std::memcpy(block + offset, narrow.data(), narrow.size());
+        block[offset + narrow.size()] = '\0';
+        offset += narrow.size() + 1;
     }
-    out.resize(offset);
 }
 
 }  // namespace
