@@ -115,6 +115,31 @@ TEST(HostileStructure, ManyAttributesOnOneElementDoNotHurt) {
     EXPECT_EQ(result->ecu->GetProtocol(), ProtocolKwp);
 }
 
+// One message with tens of thousands of parameters, every id given twice: each first one is
+// kept and found by its id, each repeat is refused.
+TEST(HostileStructure, HugeMessageKeepsEveryIdOnceAndFindsEachOne) {
+    const int count = 30000;
+    std::string document = "<ECU><INSTANCE id=\"i\"><REQUEST>";
+    for (int pass = 0; pass < 2; ++pass) {
+        for (int i = 0; i < count; ++i) {
+            document += "<PARAMETER id=\"P" + std::to_string(i) + "\" bitPos=\"" + std::to_string(pass) +
+                        "\" bitLen=\"8\" type=\"unsigned\" unit=\"\" value=\"\" semantics=\"\" convId=\"\"/>";
+        }
+    }
+    document += "</REQUEST></INSTANCE></ECU>";
+    auto result = ReadBytes(document);
+    ASSERT_NE(result->ecu, nullptr) << result->report.GetErrorCount();
+    const IRequest* request = result->ecu->GetInstanceContainer()->GetInstance(0u)->GetRequest();
+    ASSERT_EQ(request->GetCount(), static_cast<uint32_t>(count));
+    EXPECT_GE(result->report.GetErrorCount(), static_cast<uint32_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const IParam* param = request->GetParam(("P" + std::to_string(i)).c_str());
+        ASSERT_NE(param, nullptr) << i;
+        ASSERT_EQ(param, request->GetParam(i));
+        ASSERT_EQ(param->GetBitPos(), 0u);
+    }
+}
+
 TEST(HostileStructure, RepeatedAttributeIsRefused) {
     ExpectRefusedWithReason(*ReadBytes("<ECU><INSTANCE id=\"a\" id=\"b\"/></ECU>"));
 }

@@ -157,6 +157,25 @@ TEST(TextIndex_Churn, RepeatedEraseAndInsertStaysSmall) {
     EXPECT_LT(index.KeyBytes(), 1024u);
 }
 
+// The same in the hashed table: erased keys' bytes are dropped by a rebuild.
+TEST(TextIndex_Churn, RepeatedEraseAndInsertInTheTableStaysSmall) {
+    ZTextIndex index;
+    for (uint32_t n = 0; n < 20; ++n) {
+        index.Insert("stay-" + std::to_string(n), n);
+    }
+    ASSERT_TRUE(index.IsHashed());
+    for (uint32_t step = 0; step < 100000; ++step) {
+        ASSERT_TRUE(index.Insert("come-and-go-" + std::to_string(step % 7), step));
+        ASSERT_TRUE(index.Erase("come-and-go-" + std::to_string(step % 7)));
+    }
+    EXPECT_EQ(index.Size(), 20u);
+    EXPECT_LE(index.SlotCount(), 64u);
+    EXPECT_LT(index.KeyBytes(), 2048u);
+    for (uint32_t n = 0; n < 20; ++n) {
+        EXPECT_EQ(At(index, "stay-" + std::to_string(n)), n);
+    }
+}
+
 TEST(TextIndex_Growth, KeepsAtLeastOneSlotInFourFree) {
     ZTextIndex index;
     for (uint32_t n = 0; n < 1000; ++n) {
