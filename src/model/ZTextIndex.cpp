@@ -150,12 +150,13 @@ void ZTextIndex::InsertAt(const Probe& probe, std::string_view key, uint32_t pos
         ++m_used;
         return;
     }
+    // A rebuilt table puts the key elsewhere; in a table the probe already holds its hash.
     Probe at = probe;
-    if (!m_hashed || ReserveTable()) {
-        if (!m_hashed) {
-            Rebuild(kListLimit * 4);
-        }
+    if (!m_hashed) {
+        Rebuild(kListLimit * 4);
         at = SearchTable(key, Hash(key));
+    } else if (ReserveTable()) {
+        at = SearchTable(key, probe.tag);
     }
     Slot& slot = m_slots[at.at];
     const uint32_t keyAt = StoreKey(key);
