@@ -141,9 +141,9 @@ void ZTextIndex::InsertAt(const Probe& probe, std::string_view key, uint32_t pos
             CompactList();
         }
         if (m_slots.capacity() == 0) {
-            m_slots.reserve(kListLimit);
+            m_slots.reserve(kFirstRoom);
             // Room for the keys of a typical message: one allocation instead of a few.
-            m_keys.reserve(kListLimit * 8);
+            m_keys.reserve(kFirstRoom * 8);
         }
         const Slot slot{0, StoreKey(key), static_cast<uint32_t>(key.size()), position};
         m_slots.push_back(slot);

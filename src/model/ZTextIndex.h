@@ -57,10 +57,14 @@ public:
     // The hash of a text (exposed for tests).
     static uint32_t Hash(std::string_view key);
 
+    // Most messages hold a handful of parameters, few more than a dozen: up to this many keys
+    // are kept in a plain list and compared directly, with no hash to compute. Up to this size
+    // a scan of the list costs less than hashing every key and building the table.
+    static constexpr std::size_t kListLimit = 16;
+
 private:
-    // Most messages hold a handful of parameters: up to this many keys are kept in a plain
-    // list and compared directly, with no hash to compute.
-    static constexpr std::size_t kListLimit = 8;
+    // The list's first room: enough for a typical message in one allocation.
+    static constexpr std::size_t kFirstRoom = 8;
     // In the table, a slot is empty or erased by its tag; any other tag is the key's hash.
     enum : uint32_t { kEmpty = 0, kErased = 1 };
     struct Slot {

@@ -17,6 +17,8 @@ public:
     virtual void SetText(const XMLCh* chars, XMLSize_t length) = 0;
     // The record the frame pushes after StartElement and pops after EndElement; null for none.
     virtual std::shared_ptr<IXmlElement> GetCurrentElement() const = 0;
+    // Whether GetCurrentElement would give a record, without taking a share of it.
+    virtual bool HasCurrentElement() const { return GetCurrentElement() != nullptr; }
     virtual void EndElement(const XMLCh* tag) = 0;
     virtual ~IXmlElementHandler() = default;
     virtual const XMLCh* GetText() const = 0;

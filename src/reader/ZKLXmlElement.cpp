@@ -18,9 +18,11 @@ IModelItem* ZKLXmlElement::GetModelItem() const {
 }
 
 void ZKLXmlElement::Reuse(IModelItem* item) {
-    SetValue("");
+    ClearValue();
     item_ = item != nullptr ? item : ZNotSupportedItem::GetInstance();
     message_ = nullptr;
+    instance_ = nullptr;
+    conversion_ = nullptr;
 }
 
 }  // namespace Korvel

@@ -19,6 +19,10 @@ public:
     void SetName(const char* name) override;
     void SetValue(const char* value) override;
 
+    // The name as a string: comparing it with the next record's name then needs no strlen.
+    const std::string& Name() const { return name_; }
+    void ClearValue() { value_.clear(); }
+
 private:
     std::string name_;
     std::string value_;

@@ -420,7 +420,7 @@ void ZXmlParser::endElement(const XMLCh* const name) {
     }
     if (IXmlElementHandler* handler = FindHandler(name)) {
         handler->EndElement(name);
-        if (handler->GetCurrentElement() && elementStack_ != nullptr) {
+        if (handler->HasCurrentElement() && elementStack_ != nullptr) {
             elementStack_->Pop();
         }
     }

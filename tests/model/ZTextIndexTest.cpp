@@ -187,21 +187,22 @@ TEST(TextIndex_Growth, KeepsAtLeastOneSlotInFourFree) {
     EXPECT_EQ(index.SlotCount(), 2048u);
 }
 
-// Up to eight keys live in a plain list; the ninth turns it into a hash table.
+// Up to kListLimit keys live in a plain list; one more turns it into a hash table.
 TEST(TextIndex_Modes, TheListBecomesATableWithEveryKeyKept) {
+    constexpr auto kLimit = static_cast<uint32_t>(ZTextIndex::kListLimit);
     ZTextIndex index;
-    for (uint32_t n = 0; n < 8; ++n) {
+    for (uint32_t n = 0; n < kLimit; ++n) {
         ASSERT_TRUE(index.Insert("K" + std::to_string(n), n));
     }
     EXPECT_FALSE(index.IsHashed());
     EXPECT_TRUE(index.Erase("K3"));
     EXPECT_TRUE(index.Insert("K3", 30));
     EXPECT_FALSE(index.IsHashed());
-    EXPECT_FALSE(index.Insert("K7", 99));
-    ASSERT_TRUE(index.Insert("K8", 8));
+    EXPECT_FALSE(index.Insert("K" + std::to_string(kLimit - 1), 99));
+    ASSERT_TRUE(index.Insert("K" + std::to_string(kLimit), kLimit));
     EXPECT_TRUE(index.IsHashed());
-    EXPECT_EQ(index.Size(), 9u);
-    for (uint32_t n = 0; n < 9; ++n) {
+    EXPECT_EQ(index.Size(), kLimit + 1);
+    for (uint32_t n = 0; n <= kLimit; ++n) {
         EXPECT_EQ(At(index, "K" + std::to_string(n)), n == 3 ? 30u : n);
     }
     std::string key;

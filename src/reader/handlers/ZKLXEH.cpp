@@ -40,7 +40,7 @@ void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
     const std::string& name = NarrowTagOf(tag);
     // Once its element has left the stack the handler holds the last record alone; it then
     // serves the next element of the same name instead of a new allocation.
-    if (current_ && current_.use_count() == 1 && name == current_->GetName()) {
+    if (current_ && current_.use_count() == 1 && name == current_->Name()) {
         current_->Reuse(item);
         return;
     }
@@ -50,6 +50,16 @@ void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
 void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message) {
     AddElement(tag, message);
     current_->SetMessage(message);
+}
+
+void ZKLXEH::AddInstanceElement(const XMLCh* tag, IInstance* instance) {
+    AddElement(tag, instance);
+    current_->SetInstance(instance);
+}
+
+void ZKLXEH::AddConversionElement(const XMLCh* tag, IConversion* conversion) {
+    AddElement(tag, conversion);
+    current_->SetConversion(conversion);
 }
 
 void ZKLXEH::AddEmptyElement(const XMLCh* tag) {
@@ -86,6 +96,10 @@ void ZKLXEH::ReportText(int32_t level, const char* text) const {
     }
 }
 
+const ZKLXmlElement* ZKLXEH::TopRecord() const {
+    return elementStack_ != nullptr && !elementStack_->IsEmpty() ? elementStack_->TopKLElement() : nullptr;
+}
+
 IModelItem* ZKLXEH::TopItem() const {
     if (elementStack_ == nullptr || elementStack_->IsEmpty()) {
         return nullptr;
@@ -96,11 +110,26 @@ IModelItem* ZKLXEH::TopItem() const {
 }
 
 IMessage* ZKLXEH::TopMessage() const {
-    if (elementStack_ == nullptr || elementStack_->IsEmpty()) {
-        return nullptr;
-    }
-    const ZKLXmlElement* top = elementStack_->TopKLElement();
+    const ZKLXmlElement* top = TopRecord();
     return top != nullptr ? top->GetMessage() : nullptr;
+}
+
+// Records of instance and conversion elements carry the typed item; any other record is
+// checked with a cast, so the answer is the same either way.
+IInstance* ZKLXEH::TopInstance() const {
+    const ZKLXmlElement* top = TopRecord();
+    if (top != nullptr && top->GetInstance() != nullptr) {
+        return top->GetInstance();
+    }
+    return dynamic_cast<IInstance*>(TopItem());
+}
+
+IConversion* ZKLXEH::TopConversion() const {
+    const ZKLXmlElement* top = TopRecord();
+    if (top != nullptr && top->GetConversion() != nullptr) {
+        return top->GetConversion();
+    }
+    return dynamic_cast<IConversion*>(TopItem());
 }
 
 bool ZKLXEH::TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t index, uint8_t& value) {

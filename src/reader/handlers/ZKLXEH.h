@@ -9,7 +9,9 @@
 #include "reader/ZXmlElementHandler.h"
 #include "reader/handlers/TagCounts.h"
 
+#include <ZeKL/IConversion.h>
 #include <ZeKL/IEcu.h>
+#include <ZeKL/IInstance.h>
 #include <ZeKL/IReporting.h>
 
 #include <memory>
@@ -36,6 +38,7 @@ public:
 
     // The record appended last, also after its element closed; null before the first.
     std::shared_ptr<IXmlElement> GetCurrentElement() const override;
+    bool HasCurrentElement() const override { return current_ != nullptr; }
 
     // Reads attribute `index` like atol into `value`. False when the value is absent or
     // empty. A value outside 0..255 is reported and the call still returns true with `value`
@@ -48,8 +51,11 @@ public:
 protected:
     // Appends a record for the element and its item.
     void AddElement(const XMLCh* tag, IModelItem* item);
-    // The same for a message element; the record also keeps the typed message.
+    // The same for a message, instance or conversion element; the record also keeps the
+    // typed item.
     void AddMessageElement(const XMLCh* tag, IMessage* message);
+    void AddInstanceElement(const XMLCh* tag, IInstance* instance);
+    void AddConversionElement(const XMLCh* tag, IConversion* conversion);
     // Reports that the element yields no item and appends a record without one, so that open
     // and close tags still pair up on the stack.
     void AddEmptyElement(const XMLCh* tag);
@@ -70,6 +76,10 @@ protected:
     // The message of the record on top of the stack when it was added by AddMessageElement;
     // null otherwise (then TopItem tells what is there).
     IMessage* TopMessage() const;
+    // The item of the record on top of the stack as an instance or a conversion; null when it
+    // is none.
+    IInstance* TopInstance() const;
+    IConversion* TopConversion() const;
 
     IEcu* Ecu() const { return ecu_; }
     ZKLXmlElementStack* ElementStack() const { return elementStack_; }
@@ -79,6 +89,8 @@ protected:
 
 private:
     const std::string& NarrowTagOf(const XMLCh* tag);
+    // The record on top of the stack when it is a record of this reader; null otherwise.
+    const ZKLXmlElement* TopRecord() const;
 
     std::shared_ptr<IReporting> reporting_;
     // Only the last record is kept: it is all GetCurrentElement can hand out; the stack holds

@@ -79,7 +79,7 @@ void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& at
         AddEmptyElement(tag);
         return;
     }
-    AddElement(tag, conversion);
+    AddConversionElement(tag, conversion);
 }
 
 void ZKLXEHConversion::EndElement(const XMLCh* /*tag*/) {

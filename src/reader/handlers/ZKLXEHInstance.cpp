@@ -33,13 +33,13 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
         AddEmptyElement(tag);
         return;
     }
-    AddElement(tag, instance);
+    AddInstanceElement(tag, instance);
 }
 
 void ZKLXEHInstance::EndElement(const XMLCh* /*tag*/) {
     CountClose();
     // The frame pops after EndElement, so the top record is still this element's own.
-    auto* instance = dynamic_cast<IInstance*>(TopItem());
+    IInstance* instance = TopInstance();
     if (instance == nullptr) {
         ReportText(ReportLevelFatal, Msg::kInstanceCloseNoInstance);
         return;

@@ -82,7 +82,7 @@ void ZKLXEHMap::AddTextTableElement(const XMLCh* tag, const XMLCh* val, const XM
         AddEmptyElement(tag);
         return;
     }
-    auto* conversion = dynamic_cast<IConversion*>(TopItem());
+    IConversion* conversion = TopConversion();
     if (conversion == nullptr) {
         ReportText(ReportLevelFatal, Msg::kMapNoConversion);
         AddEmptyElement(tag);

@@ -11,8 +11,8 @@ ZKLXEHMessage::~ZKLXEHMessage() = default;
 void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
     CountOpen();
     IMessage* message = nullptr;
-    if (IModelItem* top = TopItem()) {
-        if (auto* instance = dynamic_cast<IInstance*>(top)) {
+    if (TopItem() != nullptr) {
+        if (IInstance* instance = TopInstance()) {
             message = CreateMessage(*instance);
         } else {
             ReportText(ReportLevelFatal, noInstanceText_);

@@ -71,44 +71,39 @@ int SlotOf(const XMLCh* name) {
 }
 
 // Narrows the texts into `out`, each followed by a zero, and gives each text's offset in `at`.
-// Attribute values are nearly always ASCII: such a text is copied unit by unit in the same
-// pass that finds its end, with no transcoder and no string of its own. `out` only grows, so
-// after the first parameters it has the room and is never resized.
+// Attribute values are nearly always ASCII: such a text is measured in one short pass and then
+// copied unit by unit, with no transcoder and no string of its own. `out` only grows, so after
+// the first parameters it has the room and is never resized.
 template <std::size_t N>
 void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&at)[N]) {
     std::size_t offset = 0;
-    char* block = out.data();
-    std::size_t room = out.size();
-    const auto ensure = [&](std::size_t needed) {
-        if (needed > room) {
-            out.resize(needed * 2);
-            block = out.data();
-            room = out.size();
-        }
-    };
     for (std::size_t i = 0; i < N; ++i) {
         const XMLCh* text = texts[i];
         XMLCh units = 0;
         std::size_t length = 0;
-        for (;; ++length) {
-            ensure(offset + length + 1);
-            const XMLCh unit = text[length];
-            block[offset + length] = static_cast<char>(unit);
-            if (unit == 0) {
-                break;
-            }
-            units |= unit;
+        for (; text[length] != 0; ++length) {
+            units |= text[length];
         }
         at[i] = offset;
         if (units < 0x80) {
+            if (offset + length + 1 > out.size()) {
+                out.resize((offset + length + 1) * 2);
+            }
+            char* block = out.data() + offset;
+            for (std::size_t index = 0; index < length; ++index) {
+                block[index] = static_cast<char>(text[index]);
+            }
+            block[length] = '\0';
             offset += length + 1;
             continue;
         }
-        // Other texts are longer in UTF-8: this one is transcoded over its copied units.
+        // Other texts are longer in UTF-8: this one goes through the transcoder.
         const std::string narrow = Platform::Utf16ToUtf8(text, length);
-        ensure(offset + narrow.size() + 1);
-        std::memcpy(block + offset, narrow.data(), narrow.size());
-        block[offset + narrow.size()] = '\0';
+        if (offset + narrow.size() + 1 > out.size()) {
+            out.resize((offset + narrow.size() + 1) * 2);
+        }
+        std::memcpy(out.data() + offset, narrow.data(), narrow.size());
+        out[offset + narrow.size()] = '\0';
         offset += narrow.size() + 1;
     }
 }
