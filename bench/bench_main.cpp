@@ -42,6 +42,37 @@ using Clock = std::chrono::steady_clock;
 // machine shared with other work, time spent waiting for a core then does not count.
 bool gCpuTime = false;
 
+// Every timed run starts with cold CPU caches, as a read or a write in an application does:
+// it comes after other work. Without this, the runs of a small document after the first find
+// its model and its text in the caches and those of a large one do not, so time per MB would
+// compare a cache against main memory. --warm-caches turns it off.
+bool gColdCaches = true;
+// Where ColdCaches leaves its sum, so that the compiler keeps the loop.
+volatile unsigned char gCacheSink = 0;
+
+// Writes over a buffer twice the size of the last-level cache, a line at a time (a large memset
+// may bypass the cache).
+void ColdCaches() {
+    if (!gColdCaches) {
+        return;
+    }
+    static const std::size_t size = [] {
+        long cache = sysconf(_SC_LEVEL3_CACHE_SIZE);
+        if (cache <= 0) {
+            cache = sysconf(_SC_LEVEL2_CACHE_SIZE);
+        }
+        const std::size_t twice = cache > 0 ? 2 * static_cast<std::size_t>(cache) : 0;
+        return std::clamp<std::size_t>(twice, std::size_t{64} << 20, std::size_t{512} << 20);
+    }();
+    static std::vector<unsigned char> buffer(size, 1);
+    unsigned char sum = 0;
+    for (std::size_t at = 0; at < buffer.size(); at += 64) {
+        buffer[at] = static_cast<unsigned char>(buffer[at] + 1);
+        sum = static_cast<unsigned char>(sum + buffer[at]);
+    }
+    gCacheSink = sum;
+}
+
 double Now() {
     if (gCpuTime) {
         timespec ts{};
@@ -122,6 +153,7 @@ uint64_t FileSize(const std::string& path) {
 // The floor: parse with library defaults and handlers that do nothing.
 bool SaxParse(const std::string& path, double& seconds) {
     using namespace xercesc;
+    ColdCaches();
     const double start = Now();
     bool ok = true;
     {
@@ -317,6 +349,7 @@ Result Measure(const std::string& path, const std::string& name, const Options& 
             }
             r.sax = std::min(r.sax, s);
         }
+        ColdCaches();
         const double start = Now();
         ecu = reader.ReadFile(path.c_str(), "");
         r.read = std::min(r.read, Now() - start);
@@ -336,6 +369,7 @@ Result Measure(const std::string& path, const std::string& name, const Options& 
         // Each run writes into an empty string, as a caller's first write does; releasing the
         // previous document is not part of the write.
         std::string().swap(text);
+        ColdCaches();
         const double start = Now();
         const uint32_t length = Korvel::GetKLWriter().WriteToString(*ecu, text, "utf-8");
         r.write = std::min(r.write, Now() - start);
@@ -458,10 +492,11 @@ void PrintUsage() {
         stderr,
         "usage: zekl_bench [--sizes 1,10,100 | --quick] [--file DOC]... [--runs K] [--rounds R] [--seed S]\n"
         "                  [--dir DIR] [--keep] [--no-memory] [--only read|write|sax] [--cpu-time] "
-        "[--check]\n"
+        "[--warm-caches] [--check]\n"
         "  Generates documents of about the given sizes (1 MB = 1000000 bytes) into a temporary\n"
         "  directory (or DIR), or measures the given files instead. --quick means --sizes 1,10.\n"
         "  --cpu-time times with the process CPU time instead of steady_clock (busy machines).\n"
+        "  Each timed run starts with cold CPU caches; --warm-caches leaves them as they are.\n"
         "  --rounds R spreads each document's K runs over R turns of all documents (default 3).\n"
         "  --check makes any FAIL give exit status 1.\n");
 }
@@ -521,6 +556,8 @@ bool ParseOptions(int argc, char** argv, Options& options) {
             options.check = true;
         } else if (arg == "--cpu-time") {
             gCpuTime = true;
+        } else if (arg == "--warm-caches") {
+            gColdCaches = false;
         } else {
             return false;
         }
@@ -564,10 +601,10 @@ int main(int argc, char** argv) {
         mkdir(workDir.c_str(), 0755);
     }
 
-    std::printf("zekl_bench: ZeKL %s, xerces-c %s, %s, %ld CPUs, load %s, timer %s\n",
+    std::printf("zekl_bench: ZeKL %s, xerces-c %s, %s, %ld CPUs, load %s, timer %s, %s caches\n",
                 Korvel::GetVersionString(), XERCES_FULLVERSIONDOT, CpuName().c_str(),
                 sysconf(_SC_NPROCESSORS_ONLN), LoadAverage().c_str(),
-                gCpuTime ? "process CPU time" : "steady_clock");
+                gCpuTime ? "process CPU time" : "steady_clock", gColdCaches ? "cold" : "warm");
 
     std::vector<std::pair<std::string, std::string>> documents;  // name, path
     std::vector<std::string> generated;

@@ -16,8 +16,12 @@ public:
         : ZKLXEH(u"PROBE", KLTag::Map, ReaderMessages::kMapTexts, context) {}
     void StartElement(const XMLCh*, xercesc::AttributeList&) override { CountOpen(); }
     void EndElement(const XMLCh*) override { CountClose(); }
+    using ZKLXEH::AddConversionElement;
     using ZKLXEH::AddElement;
     using ZKLXEH::AddEmptyElement;
+    using ZKLXEH::AddInstanceElement;
+    using ZKLXEH::TopConversion;
+    using ZKLXEH::TopInstance;
 };
 
 class ZKLXEHTest : public ::testing::Test {
@@ -46,6 +50,60 @@ TEST_F(ZKLXEHTest, AddElement_MakesARecordNamedByTheTagThatRefersToTheItem) {
     ASSERT_NE(record, nullptr);
     EXPECT_STREQ(record->GetName(), "PROBE");
     EXPECT_EQ(record->GetModelItem(), static_cast<IModelItem*>(ecu.get()));
+}
+
+// Instance and conversion records carry their typed item; a plain record holding the same item
+// gives the same answer through a cast, and a record of another item gives none.
+TEST_F(ZKLXEHTest, TopInstanceAndConversion_AreFoundThroughTypedAndPlainRecordsAlike) {
+    auto ecu = GetFactory().CreateEcu();
+    IInstance* instance =
+        ecu->GetInstanceContainer()->GetInstance(ecu->GetInstanceContainer()->AddInstance("I"));
+    IConversionContainer* conversions = ecu->GetConversionContainer();
+    IConversion* conversion = conversions->GetConversion(
+        conversions->AddConversion("C", static_cast<uint32_t>(ConversionKind::Formula), 1.0, 0.0));
+    ASSERT_NE(instance, nullptr);
+    ASSERT_NE(conversion, nullptr);
+    ProbeHandler handler(context);
+    EXPECT_EQ(handler.TopInstance(), nullptr);
+    EXPECT_EQ(handler.TopConversion(), nullptr);
+
+    handler.AddInstanceElement(u"PROBE", instance);
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopInstance(), instance);
+    EXPECT_EQ(handler.TopConversion(), nullptr);
+    stack.Pop();
+
+    // The record is reused for the next element of its name and forgets the typed item.
+    handler.AddConversionElement(u"PROBE", conversion);
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopConversion(), conversion);
+    EXPECT_EQ(handler.TopInstance(), nullptr);
+    stack.Pop();
+
+    handler.AddElement(u"PROBE", instance);
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopInstance(), instance);
+    EXPECT_EQ(handler.TopConversion(), nullptr);
+    stack.Pop();
+
+    handler.AddElement(u"PROBE", conversion);
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopConversion(), conversion);
+    EXPECT_EQ(handler.TopInstance(), nullptr);
+    stack.Pop();
+
+    handler.AddEmptyElement(u"PROBE");
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopInstance(), nullptr);
+    EXPECT_EQ(handler.TopConversion(), nullptr);
+}
+
+TEST_F(ZKLXEHTest, HasCurrentElement_AnswersLikeTheRecordItself) {
+    ProbeHandler handler(context);
+    EXPECT_FALSE(handler.HasCurrentElement());
+    handler.AddEmptyElement(u"PROBE");
+    EXPECT_TRUE(handler.HasCurrentElement());
+    EXPECT_NE(handler.GetCurrentElement(), nullptr);
 }
 
 TEST_F(ZKLXEHTest, AddEmptyElement_WarnsAndRefersToTheNotSupportedItem) {
