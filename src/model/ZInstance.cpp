@@ -85,7 +85,7 @@ const char* ZInstance::GetId() const {
     return m_id.c_str();
 }
 
-IRequest* ZInstance::CreateRequest() {
+ZRequest* ZInstance::CreateRequest() {
     return CreateMessage(m_request, this);
 }
 
@@ -108,7 +108,7 @@ void ZInstance::SetRequest(const IRequest& request) {
     m_request = CopyMessage<ZRequest>(request, this);
 }
 
-IPosResponse* ZInstance::CreatePosResponse() {
+ZPosResponse* ZInstance::CreatePosResponse() {
     return CreateMessage(m_posResponse, this);
 }
 
@@ -131,7 +131,7 @@ void ZInstance::SetPosResponse(const IPosResponse& response) {
     m_posResponse = CopyMessage<ZPosResponse>(response, this);
 }
 
-INegResponse* ZInstance::CreateNegResponse() {
+ZNegResponse* ZInstance::CreateNegResponse() {
     return CreateMessage(m_negResponse, this);
 }
 

@@ -29,17 +29,18 @@ public:
     void Clear() override;
     void SetId(const char* id) override;
     const char* GetId() const override;
-    IRequest* CreateRequest() override;
+    // The created message with its own type; callers through IInstance see the interface.
+    ZRequest* CreateRequest() override;
     bool HasRequest() const override;
     const IRequest* GetRequest() const override;
     IRequest* GetRequest() override;
     void SetRequest(const IRequest& request) override;
-    IPosResponse* CreatePosResponse() override;
+    ZPosResponse* CreatePosResponse() override;
     bool HasPosResponse() const override;
     const IPosResponse* GetPosResponse() const override;
     IPosResponse* GetPosResponse() override;
     void SetPosResponse(const IPosResponse& response) override;
-    INegResponse* CreateNegResponse() override;
+    ZNegResponse* CreateNegResponse() override;
     bool HasNegResponse() const override;
     const INegResponse* GetNegResponse() const override;
     INegResponse* GetNegResponse() override;

@@ -44,7 +44,7 @@ const IInstance* ZInstanceContainer::GetInstance(uint32_t index) const {
     return ItemAt(index);
 }
 
-IInstance* ZInstanceContainer::GetInstance(uint32_t index) {
+ZInstance* ZInstanceContainer::GetInstance(uint32_t index) {
     return ItemAt(index);
 }
 

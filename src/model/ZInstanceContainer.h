@@ -28,7 +28,8 @@ public:
     const IInstance* GetInstance(const char* id) const override;
     IInstance* GetInstance(const char* id) override;
     const IInstance* GetInstance(uint32_t index) const override;
-    IInstance* GetInstance(uint32_t index) override;
+    // The instance with its own type; callers through IInstanceContainer see the interface.
+    ZInstance* GetInstance(uint32_t index) override;
     uint32_t AddInstance(const IInstance& instance) override;
     uint32_t AddInstance(const char* id) override;
     uint32_t AddInstance(const char* id, const IRequest* request, const IPosResponse* posResponse,

@@ -86,6 +86,14 @@ uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, co
     });
 }
 
+uint32_t ZMessage::AddPackedParam(const ZParam::PackedTexts& texts, uint32_t bitPos, uint32_t bitLen) {
+    if (m_items.capacity() == 0) {
+        m_items.reserve(kFirstCapacity);
+    }
+    const std::string_view id(texts.bytes + texts.starts[ZParam::kId], texts.Length(ZParam::kId));
+    return EmplaceMade(id, [&]() { return ZParam::MakePacked(texts, bitPos, bitLen); });
+}
+
 // The new parameter's id is deliberately not mapped here: callers replace several parameters
 // and then call ReindexParams once, and until then the new id is not found by id.
 bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {

@@ -31,6 +31,8 @@ public:
     uint32_t AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                       const char* typeName, const char* unit, const char* semantics,
                       const char* convId) override;
+    // AddParam for texts already laid out as a parameter keeps them (the reader's path).
+    uint32_t AddPackedParam(const ZParam::PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
     bool ReplaceParam(uint32_t index, const IParam& param) override;
     bool ForParam(uint32_t index, IParamCallback& callback) override;
     const IParam* GetParam(const char* id) const override;

@@ -5,6 +5,8 @@
 #include <ZeKL/IEcu.h>
 
 #include <algorithm>
+#include <cstring>
+#include <stdexcept>
 #include <string>
 
 namespace Korvel {
@@ -38,6 +40,10 @@ ZParam::ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* stora
                uint32_t bitLen)
     : m_texts(texts, layout, storage), m_bitPos(bitPos), m_bitLen(bitLen) {}
 
+ZParam::ZParam(const char* storage, const std::array<uint32_t, kSlotCount>& starts, uint32_t bitPos,
+               uint32_t bitLen)
+    : m_texts(storage, starts), m_bitPos(bitPos), m_bitLen(bitLen) {}
+
 std::unique_ptr<ZParam> ZParam::MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
                                             const char* value, const char* typeName, const char* unit,
                                             const char* semantics, const char* convId) {
@@ -47,6 +53,21 @@ std::unique_ptr<ZParam> ZParam::MakeCompact(const char* id, uint32_t bitPos, uin
     char* storage = static_cast<char*>(block) + sizeof(ZParam);
     try {
         return std::unique_ptr<ZParam>(::new (block) ZParam(texts, layout, storage, bitPos, bitLen));
+    } catch (...) {
+        ::operator delete(block);
+        throw;
+    }
+}
+
+std::unique_ptr<ZParam> ZParam::MakePacked(const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen) {
+    if (texts.size > UINT32_MAX) {
+        throw std::length_error("texts of one item exceed 4 GiB");
+    }
+    void* block = ::operator new(sizeof(ZParam) + texts.size);
+    char* storage = static_cast<char*>(block) + sizeof(ZParam);
+    std::memcpy(storage, texts.bytes, texts.size);
+    try {
+        return std::unique_ptr<ZParam>(::new (block) ZParam(storage, texts.starts, bitPos, bitLen));
     } catch (...) {
         ::operator delete(block);
         throw;

@@ -7,6 +7,7 @@
 
 #include <ZeKL/IParam.h>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -15,6 +16,22 @@ namespace Korvel {
 
 class ZParam : public ZModelItem, public IParam {
 public:
+    // The order in which a parameter keeps its six texts.
+    enum Slot { kConvId, kSemantics, kValue, kTypeName, kUnit, kId, kSlotCount };
+
+    // The six texts back to back, each followed by a zero, in slot order: text `i` begins at
+    // `starts[i]`, and `size` counts the bytes of all of them with their zeros.
+    struct PackedTexts {
+        const char* bytes;
+        std::size_t size;
+        std::array<uint32_t, kSlotCount> starts;
+        // The length of one text, without its zero.
+        std::size_t Length(Slot slot) const {
+            const std::size_t end = slot + 1 < kSlotCount ? starts[slot + 1] : size;
+            return end - starts[slot] - 1;
+        }
+    };
+
     ZParam(const ZParam& other);
     // Same as Assign.
     explicit ZParam(const IParam& other);
@@ -31,6 +48,9 @@ public:
     static std::unique_ptr<ZParam> MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
                                                const char* value, const char* typeName, const char* unit,
                                                const char* semantics, const char* convId);
+    // The same from texts already laid out as the parameter keeps them: one copy of the whole
+    // block, no text measured again. The reader narrows attribute values straight into this form.
+    static std::unique_ptr<ZParam> MakePacked(const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
     // Every parameter on the heap goes back through the plain global functions, also the
     // compact ones, whose block is larger than the object.
     static void* operator new(std::size_t size) { return ::operator new(size); }
@@ -76,11 +96,13 @@ public:
 
 private:
     // One block holds the six texts; getters point into it until the next change.
-    enum Slot { kConvId, kSemantics, kValue, kTypeName, kUnit, kId, kSlotCount };
     using Pack = ZTextPack<kSlotCount>;
 
     // Keeps the texts in `storage` (layout.size bytes behind the object, see MakeCompact).
     ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* storage, uint32_t bitPos,
+           uint32_t bitLen);
+    // Keeps texts already written to `storage` behind the object (see MakePacked).
+    ZParam(const char* storage, const std::array<uint32_t, kSlotCount>& starts, uint32_t bitPos,
            uint32_t bitLen);
 
     Pack m_texts;

@@ -33,6 +33,11 @@ public:
     // of these texts) and keeps alive as long as this pack. A later change moves them to a
     // block of their own.
     ZTextPack(const Texts& texts, const Layout& layout, char* storage) { Fill(texts, layout, storage); }
+    // Keeps texts that the owner has already written back to back into its storage, each
+    // followed by a zero, text `i` beginning at `starts[i]`. The owner keeps that storage alive
+    // as long as this pack.
+    ZTextPack(const char* storage, const std::array<uint32_t, N>& starts)
+        : m_data(storage), m_start(starts) {}
     ZTextPack(const ZTextPack& other) : m_start(other.m_start) {
         if (other.m_data != nullptr) {
             const std::size_t size = other.ByteSize();

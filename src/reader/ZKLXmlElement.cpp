@@ -21,7 +21,9 @@ void ZKLXmlElement::Reuse(IModelItem* item) {
     ClearValue();
     item_ = item != nullptr ? item : ZNotSupportedItem::GetInstance();
     message_ = nullptr;
+    modelMessage_ = nullptr;
     instance_ = nullptr;
+    modelInstance_ = nullptr;
     conversion_ = nullptr;
 }
 

@@ -11,6 +11,8 @@ namespace Korvel {
 class IConversion;
 class IInstance;
 class IMessage;
+class ZInstance;
+class ZMessage;
 
 class ZKLXmlElement : public ZXmlElement {
 public:
@@ -25,10 +27,20 @@ public:
 
     // The item as a message, instance or conversion, for records of those elements: the
     // elements inside reach it without a cast through the virtual base. Null for other records.
+    // A message or an instance of this library's model is also kept with its own type (null
+    // for other implementations), for the reader's direct paths into the model.
     IMessage* GetMessage() const { return message_; }
-    void SetMessage(IMessage* message) { message_ = message; }
+    ZMessage* GetModelMessage() const { return modelMessage_; }
+    void SetMessage(IMessage* message, ZMessage* model) {
+        message_ = message;
+        modelMessage_ = model;
+    }
     IInstance* GetInstance() const { return instance_; }
-    void SetInstance(IInstance* instance) { instance_ = instance; }
+    ZInstance* GetModelInstance() const { return modelInstance_; }
+    void SetInstance(IInstance* instance, ZInstance* model) {
+        instance_ = instance;
+        modelInstance_ = model;
+    }
     IConversion* GetConversion() const { return conversion_; }
     void SetConversion(IConversion* conversion) { conversion_ = conversion; }
     // Makes the record stand for a new element of the same name, as a fresh record would.
@@ -37,7 +49,9 @@ public:
 private:
     IModelItem* item_;
     IMessage* message_ = nullptr;
+    ZMessage* modelMessage_ = nullptr;
     IInstance* instance_ = nullptr;
+    ZInstance* modelInstance_ = nullptr;
     IConversion* conversion_ = nullptr;
 };
 

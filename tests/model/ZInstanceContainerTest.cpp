@@ -64,6 +64,12 @@ TEST(InstanceContainer_GetInstance, GivesNullAtTheCountAndForUnknownIds) {
     EXPECT_EQ(constInstances.GetInstance("c"), nullptr);
     EXPECT_EQ(constInstances.GetInstance(1u), instances.GetInstance(1u));
     EXPECT_EQ(constInstances.GetInstance("a"), instances.GetInstance("a"));
+    // By index the model's own type comes back, the same object the interface gives.
+    ZInstance* typed = instances.GetInstance(0u);
+    IInstanceContainer& asInterface = instances;
+    EXPECT_EQ(static_cast<IInstance*>(typed), asInterface.GetInstance(0u));
+    const ZRequest* created = typed->CreateRequest();
+    EXPECT_EQ(created, instances.GetInstance("a")->GetRequest());
 }
 
 TEST(InstanceContainer_Clear, FreesTheIdsForANewAddAtIndexZero) {

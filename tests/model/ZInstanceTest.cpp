@@ -18,6 +18,23 @@ TEST(Instance_DefaultConstructor, HasAnEmptyIdAndNoMessages) {
     EXPECT_EQ(instance.GetNegResponse(), nullptr);
 }
 
+// Through the model's own type the created messages keep their type; they are the instance's
+// messages as the interface sees them, and a second call replaces the first message.
+TEST(Instance_Create, GivesTheMessagesWithTheirOwnType) {
+    ZInstance instance("a");
+    ZRequest* request = instance.CreateRequest();
+    ZPosResponse* posResponse = instance.CreatePosResponse();
+    ZNegResponse* negResponse = instance.CreateNegResponse();
+    EXPECT_EQ(static_cast<const IRequest*>(request), instance.GetRequest());
+    EXPECT_EQ(static_cast<const IPosResponse*>(posResponse), instance.GetPosResponse());
+    EXPECT_EQ(static_cast<const INegResponse*>(negResponse), instance.GetNegResponse());
+    request->AddParam("p", 0, 8, "", "unsigned", "", "", "");
+    IInstance& asInterface = instance;
+    IRequest* fresh = asInterface.CreateRequest();
+    EXPECT_EQ(fresh, instance.GetRequest());
+    EXPECT_EQ(fresh->GetCount(), 0u);
+}
+
 TEST(Instance_SetId, ReplacesTheId) {
     ZInstance instance("a");
     EXPECT_STREQ(instance.GetId(), "a");

@@ -80,6 +80,40 @@ TEST(Message_AddParam, TakesAllThreeForms) {
     }
 }
 
+// Texts laid out as a parameter keeps them go in under the same rules as AddParam.
+TEST(Message_AddPackedParam, AddsInOrderRefusesAUsedIdAndSetsTheParent) {
+    ZRequest request;
+    const auto add = [&request](const std::string& id, uint32_t bitPos) {
+        // In slot order: conversion, semantics, value, type, unit, id.
+        const std::string inOrder[ZParam::kSlotCount] = {"c", "", "7", "unsigned", "", id};
+        std::string bytes;
+        ZParam::PackedTexts texts{nullptr, 0, {}};
+        for (std::size_t slot = 0; slot < ZParam::kSlotCount; ++slot) {
+            texts.starts[slot] = static_cast<uint32_t>(bytes.size());
+            bytes.append(inOrder[slot]).push_back('\0');
+        }
+        texts.bytes = bytes.data();
+        texts.size = bytes.size();
+        return request.AddPackedParam(texts, bitPos, 8);
+    };
+    EXPECT_EQ(AddSimple(request, "first"), 0u);
+    EXPECT_EQ(add("second", 8), 1u);
+    EXPECT_EQ(add("first", 16), InvalidIndex);
+    EXPECT_EQ(add("second", 16), InvalidIndex);
+    EXPECT_EQ(add("third", 16), 2u);
+    EXPECT_EQ(request.GetCount(), 3u);
+    const IParam* second = request.GetParam("second");
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second, request.GetParam(1));
+    EXPECT_STREQ(second->GetValue(), "7");
+    EXPECT_STREQ(second->GetConvId(), "c");
+    EXPECT_STREQ(second->GetSemantics(), "");
+    EXPECT_STREQ(second->GetDataTypeName(), "unsigned");
+    EXPECT_EQ(second->GetBitPos(), 8u);
+    EXPECT_EQ(second->GetParent(), static_cast<const IModelItem*>(static_cast<const IMessage*>(&request)));
+    EXPECT_EQ(IdsByIndex(request), (std::vector<std::string>{"first", "second", "third"}));
+}
+
 TEST(Message_GetParam, GivesNullForNegativeOrTooLargeIndexesAndUnknownIds) {
     ZRequest request;
     AddSimple(request, "A");

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include <memory>
 #include <string>
 #include <typeinfo>
@@ -315,6 +318,73 @@ TEST(Param_MakeCompact, IsDestroyedThroughItsInterface) {
     EXPECT_STREQ(param->GetValue(), "1");
     param.reset();
     SUCCEED();
+}
+
+// Lays the six texts out as a parameter keeps them: back to back, each with its zero.
+struct Laid {
+    std::string bytes;
+    ZParam::PackedTexts texts{nullptr, 0, {}};
+};
+
+Laid LayOut(const char* id, const char* value, const char* type, const char* unit, const char* semantics,
+            const char* convId) {
+    Laid laid;
+    const char* inOrder[ZParam::kSlotCount] = {convId, semantics, value, type, unit, id};
+    for (std::size_t slot = 0; slot < ZParam::kSlotCount; ++slot) {
+        laid.texts.starts[slot] = static_cast<uint32_t>(laid.bytes.size());
+        laid.bytes.append(inOrder[slot]).push_back('\0');
+    }
+    laid.texts.bytes = laid.bytes.data();
+    laid.texts.size = laid.bytes.size();
+    return laid;
+}
+
+TEST(Param_MakePacked, KeepsEveryTextAsMakeCompactDoes) {
+    const Laid laid = LayOut("Temp", "0x0A", "unsigned",
+                             "\xC2\xB0"
+                             "C",
+                             "XID MOTOROLA", "Conv_\xCE\xA9");
+    EXPECT_EQ(laid.texts.Length(ZParam::kId), 4u);
+    EXPECT_EQ(laid.texts.Length(ZParam::kUnit), 3u);
+    const std::unique_ptr<ZParam> packed = ZParam::MakePacked(laid.texts, 24, 12);
+    const std::unique_ptr<ZParam> compact = ZParam::MakeCompact("Temp", 24, 12, "0x0A", "unsigned",
+                                                                "\xC2\xB0"
+                                                                "C",
+                                                                "XID MOTOROLA", "Conv_\xCE\xA9");
+    ASSERT_NE(packed, nullptr);
+    EXPECT_STREQ(packed->GetId(), compact->GetId());
+    EXPECT_STREQ(packed->GetValue(), compact->GetValue());
+    EXPECT_STREQ(packed->GetDataTypeName(), compact->GetDataTypeName());
+    EXPECT_STREQ(packed->GetUnit(), compact->GetUnit());
+    EXPECT_STREQ(packed->GetSemantics(), compact->GetSemantics());
+    EXPECT_STREQ(packed->GetConvId(), compact->GetConvId());
+    EXPECT_EQ(packed->GetBitPos(), 24u);
+    EXPECT_EQ(packed->GetBitLength(), 12u);
+    EXPECT_EQ(packed->GetSemanticsFlags(), compact->GetSemanticsFlags());
+}
+
+// The parameter keeps its own copy: the caller's buffer is reused for the next parameter.
+TEST(Param_MakePacked, KeepsItsOwnCopyOfTheTexts) {
+    Laid laid = LayOut("A", "1", "unsigned", "", "", "conv");
+    const std::unique_ptr<ZParam> param = ZParam::MakePacked(laid.texts, 0, 8);
+    std::fill(laid.bytes.begin(), laid.bytes.end(), 'x');
+    EXPECT_STREQ(param->GetId(), "A");
+    EXPECT_STREQ(param->GetConvId(), "conv");
+    EXPECT_STREQ(param->GetUnit(), "");
+    param->SetValue("2");
+    const ZParam copy(*param);
+    EXPECT_STREQ(copy.GetValue(), "2");
+    EXPECT_STREQ(copy.GetId(), "A");
+}
+
+TEST(Param_MakePacked, AllEmptyTextsReadAsEmpty) {
+    const Laid laid = LayOut("", "", "", "", "", "");
+    EXPECT_EQ(laid.texts.size, 6u);
+    const std::unique_ptr<ZParam> param = ZParam::MakePacked(laid.texts, 0, 0);
+    EXPECT_STREQ(param->GetId(), "");
+    EXPECT_STREQ(param->GetConvId(), "");
+    const ZParam copy(*param);
+    EXPECT_STREQ(copy.GetSemantics(), "");
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "reader/handlers/ZKLXEH.h"
+#include "reader/handlers/ZKLXEHParameter.h"
 
 #include "ReaderFixture.h"
 #include "model/ZNotSupportedItem.h"
+#include "model/ZRequest.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +22,7 @@ public:
     using ZKLXEH::AddElement;
     using ZKLXEH::AddEmptyElement;
     using ZKLXEH::AddInstanceElement;
+    using ZKLXEH::AddMessageElement;
     using ZKLXEH::TopConversion;
     using ZKLXEH::TopInstance;
 };
@@ -96,6 +99,52 @@ TEST_F(ZKLXEHTest, TopInstanceAndConversion_AreFoundThroughTypedAndPlainRecordsA
     stack.Push(handler.GetCurrentElement());
     EXPECT_EQ(handler.TopInstance(), nullptr);
     EXPECT_EQ(handler.TopConversion(), nullptr);
+}
+
+// A parameter goes into the message of the record on top whether the record has the message
+// with its own type (the direct path) or only through its interface, with the same texts.
+TEST_F(ZKLXEHTest, Parameter_IsAddedAlikeThroughTheTypedAndTheInterfaceRecord) {
+    FakeAttributes attributes;
+    attributes.Add(u"id", u"Temp");
+    attributes.Add(u"bitPos", u"8");
+    attributes.Add(u"bitLen", u"16");
+    attributes.Add(u"value", u"0x0A");
+    attributes.Add(u"type", u"unsigned");
+    attributes.Add(u"unit", u"\u00B0C");
+    attributes.Add(u"semantics", u"XID");
+    attributes.Add(u"convId", u"Conv_\u03A9");
+    ProbeHandler probe(context);
+    ZKLXEHParameter parameters(context);
+    ZRequest typed;
+    ZRequest plain;
+    for (ZRequest* request : {&typed, &plain}) {
+        probe.AddMessageElement(u"PROBE", request, request == &typed ? request : nullptr);
+        stack.Push(probe.GetCurrentElement());
+        parameters.StartElement(u"PARAMETER", attributes);
+        parameters.EndElement(u"PARAMETER");
+        // The same id again is refused on both paths.
+        parameters.StartElement(u"PARAMETER", attributes);
+        parameters.EndElement(u"PARAMETER");
+        stack.Pop();
+        ASSERT_EQ(request->GetCount(), 1u);
+        const IParam* param = request->GetParam("Temp");
+        ASSERT_NE(param, nullptr);
+        EXPECT_EQ(param->GetBitPos(), 8u);
+        EXPECT_EQ(param->GetBitLength(), 16u);
+        EXPECT_STREQ(param->GetValue(), "0x0A");
+        EXPECT_STREQ(param->GetDataTypeName(), "unsigned");
+        EXPECT_STREQ(param->GetUnit(),
+                     "\xC2\xB0"
+                     "C");
+        EXPECT_STREQ(param->GetSemantics(), "XID");
+        EXPECT_STREQ(param->GetConvId(), "Conv_\xCE\xA9");
+    }
+    size_t refusals = 0;
+    for (const auto& message : sink->GetMessages()) {
+        refusals +=
+            message.text.find("Temp") != std::string::npos && message.level == ReportLevelError ? 1 : 0;
+    }
+    EXPECT_EQ(refusals, 2u);
 }
 
 TEST_F(ZKLXEHTest, HasCurrentElement_AnswersLikeTheRecordItself) {

@@ -47,14 +47,14 @@ void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
     current_ = std::make_shared<ZKLXmlElement>(name, item);
 }
 
-void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message) {
+void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message, ZMessage* model) {
     AddElement(tag, message);
-    current_->SetMessage(message);
+    current_->SetMessage(message, model);
 }
 
-void ZKLXEH::AddInstanceElement(const XMLCh* tag, IInstance* instance) {
+void ZKLXEH::AddInstanceElement(const XMLCh* tag, IInstance* instance, ZInstance* model) {
     AddElement(tag, instance);
-    current_->SetInstance(instance);
+    current_->SetInstance(instance, model);
 }
 
 void ZKLXEH::AddConversionElement(const XMLCh* tag, IConversion* conversion) {
@@ -112,6 +112,16 @@ IModelItem* ZKLXEH::TopItem() const {
 IMessage* ZKLXEH::TopMessage() const {
     const ZKLXmlElement* top = TopRecord();
     return top != nullptr ? top->GetMessage() : nullptr;
+}
+
+ZMessage* ZKLXEH::TopModelMessage() const {
+    const ZKLXmlElement* top = TopRecord();
+    return top != nullptr ? top->GetModelMessage() : nullptr;
+}
+
+ZInstance* ZKLXEH::TopModelInstance() const {
+    const ZKLXmlElement* top = TopRecord();
+    return top != nullptr ? top->GetModelInstance() : nullptr;
 }
 
 // Records of instance and conversion elements carry the typed item; any other record is

@@ -53,8 +53,8 @@ protected:
     void AddElement(const XMLCh* tag, IModelItem* item);
     // The same for a message, instance or conversion element; the record also keeps the
     // typed item.
-    void AddMessageElement(const XMLCh* tag, IMessage* message);
-    void AddInstanceElement(const XMLCh* tag, IInstance* instance);
+    void AddMessageElement(const XMLCh* tag, IMessage* message, ZMessage* model = nullptr);
+    void AddInstanceElement(const XMLCh* tag, IInstance* instance, ZInstance* model = nullptr);
     void AddConversionElement(const XMLCh* tag, IConversion* conversion);
     // Reports that the element yields no item and appends a record without one, so that open
     // and close tags still pair up on the stack.
@@ -76,6 +76,9 @@ protected:
     // The message of the record on top of the stack when it was added by AddMessageElement;
     // null otherwise (then TopItem tells what is there).
     IMessage* TopMessage() const;
+    // The same message or instance with its own type when the record has it; null otherwise.
+    ZMessage* TopModelMessage() const;
+    ZInstance* TopModelInstance() const;
     // The item of the record on top of the stack as an instance or a conversion; null when it
     // is none.
     IInstance* TopInstance() const;

@@ -23,8 +23,17 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
     }
     const std::string id = Platform::Utf16ToUtf8(idText);
     IInstanceContainer* instances = Ecu()->GetInstanceContainer();
+    if (instances != instancesSeen_) {
+        instancesSeen_ = instances;
+        modelInstances_ = dynamic_cast<ZInstanceContainer*>(instances);
+    }
     const uint32_t index = instances->AddInstance(id.c_str());
-    IInstance* instance = index != InvalidIndex ? instances->GetInstance(index) : nullptr;
+    ZInstance* model =
+        index != InvalidIndex && modelInstances_ != nullptr ? modelInstances_->GetInstance(index) : nullptr;
+    IInstance* instance = model;
+    if (instance == nullptr && index != InvalidIndex) {
+        instance = instances->GetInstance(index);
+    }
     if (instance == nullptr) {
         // Unlike the other handlers' texts, this one names no reason.
         if (Wants(ReportLevelError)) {
@@ -33,7 +42,7 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
         AddEmptyElement(tag);
         return;
     }
-    AddInstanceElement(tag, instance);
+    AddInstanceElement(tag, instance, model);
 }
 
 void ZKLXEHInstance::EndElement(const XMLCh* /*tag*/) {

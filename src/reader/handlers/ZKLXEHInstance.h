@@ -5,6 +5,8 @@
 #include "reader/handlers/KLTags.h"
 #include "reader/handlers/ZKLXEH.h"
 
+#include "model/ZInstanceContainer.h"
+
 namespace Korvel {
 
 class ZKLXEHInstance : public ZKLXEH {
@@ -13,6 +15,12 @@ public:
     ~ZKLXEHInstance() override;
     void StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) override;
     void EndElement(const XMLCh* tag) override;
+
+private:
+    // The ECU's instance container as seen last, and the same as this library's own type (null
+    // for another implementation): one cast per container instead of one per instance.
+    IInstanceContainer* instancesSeen_ = nullptr;
+    ZInstanceContainer* modelInstances_ = nullptr;
 };
 
 }  // namespace Korvel

@@ -11,8 +11,12 @@ ZKLXEHMessage::~ZKLXEHMessage() = default;
 void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
     CountOpen();
     IMessage* message = nullptr;
+    ZMessage* model = nullptr;
     if (TopItem() != nullptr) {
-        if (IInstance* instance = TopInstance()) {
+        if (ZInstance* modelInstance = TopModelInstance()) {
+            model = CreateModelMessage(*modelInstance);
+            message = model;
+        } else if (IInstance* instance = TopInstance()) {
             message = CreateMessage(*instance);
         } else {
             ReportText(ReportLevelFatal, noInstanceText_);
@@ -22,7 +26,7 @@ void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*att
         AddEmptyElement(tag);
         return;
     }
-    AddMessageElement(tag, message);
+    AddMessageElement(tag, message, model);
 }
 
 void ZKLXEHMessage::EndElement(const XMLCh* /*tag*/) {

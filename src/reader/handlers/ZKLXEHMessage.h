@@ -5,6 +5,8 @@
 
 #include "reader/handlers/ZKLXEH.h"
 
+#include "model/ZInstance.h"
+
 #include <ZeKL/IInstance.h>
 
 namespace Korvel {
@@ -20,6 +22,8 @@ public:
 protected:
     // Makes the message of this element's kind in the instance and returns it.
     virtual IMessage* CreateMessage(IInstance& instance) = 0;
+    // The same for an instance of this library's model, with the message's own type.
+    virtual ZMessage* CreateModelMessage(ZInstance& instance) = 0;
 
 private:
     const char* noInstanceText_;

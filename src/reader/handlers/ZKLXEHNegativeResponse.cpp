@@ -12,4 +12,8 @@ IMessage* ZKLXEHNegativeResponse::CreateMessage(IInstance& instance) {
     return instance.CreateNegResponse();
 }
 
+ZMessage* ZKLXEHNegativeResponse::CreateModelMessage(ZInstance& instance) {
+    return instance.CreateNegResponse();
+}
+
 }  // namespace Korvel

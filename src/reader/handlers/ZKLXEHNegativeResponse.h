@@ -14,6 +14,7 @@ public:
 
 protected:
     IMessage* CreateMessage(IInstance& instance) override;
+    ZMessage* CreateModelMessage(ZInstance& instance) override;
 };
 
 }  // namespace Korvel

@@ -2,8 +2,11 @@
 
 #include "reader/handlers/AttributeText.h"
 
+#include "model/ZMessage.h"
+
 #include <ZeKL/IMessage.h>
 
+#include <array>
 #include <cstring>
 
 namespace Korvel {
@@ -70,12 +73,13 @@ int SlotOf(const XMLCh* name) {
     }
 }
 
-// Narrows the texts into `out`, each followed by a zero, and gives each text's offset in `at`.
+// Narrows the texts into `out`, each followed by a zero, gives each text's offset in `at` and
+// returns the bytes of all of them.
 // Attribute values are nearly always ASCII: such a text is measured in one short pass and then
 // copied unit by unit, with no transcoder and no string of its own. `out` only grows, so after
 // the first parameters it has the room and is never resized.
 template <std::size_t N>
-void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&at)[N]) {
+std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::array<uint32_t, N>& at) {
     std::size_t offset = 0;
     for (std::size_t i = 0; i < N; ++i) {
         const XMLCh* text = texts[i];
@@ -84,7 +88,7 @@ void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&a
         for (; text[length] != 0; ++length) {
             units |= text[length];
         }
-        at[i] = offset;
+        at[i] = static_cast<uint32_t>(offset);
         if (units < 0x80) {
             if (offset + length + 1 > out.size()) {
                 out.resize((offset + length + 1) * 2);
@@ -106,6 +110,7 @@ void NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::size_t (&a
         out[offset + narrow.size()] = '\0';
         offset += narrow.size() + 1;
     }
+    return offset;
 }
 
 }  // namespace
@@ -126,7 +131,7 @@ void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& att
             }
         }
     }
-    IParam* param = message != nullptr ? AddParam(*message, attributes) : nullptr;
+    IParam* param = message != nullptr ? AddParam(*message, TopModelMessage(), attributes) : nullptr;
     if (param == nullptr) {
         AddEmptyElement(tag);
         return;
@@ -134,7 +139,8 @@ void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& att
     AddElement(tag, param);
 }
 
-IParam* ZKLXEHParameter::AddParam(IMessage& message, const xercesc::AttributeList& attributes) {
+IParam* ZKLXEHParameter::AddParam(IMessage& message, ZMessage* model,
+                                  const xercesc::AttributeList& attributes) {
     // The first attribute of each name counts, as a search by name would find it.
     const XMLCh* found[kSlotCount] = {};
     const XMLSize_t count = attributes.getLength();
@@ -157,20 +163,29 @@ IParam* ZKLXEHParameter::AddParam(IMessage& message, const xercesc::AttributeLis
     const bool texts = id != nullptr && value != nullptr && type != nullptr && unit != nullptr &&
                        semantics != nullptr && convId != nullptr;
     if (bitPos.valid && bitLen.valid && texts) {
-        // The six texts go into one reused buffer; the message copies them.
-        enum { kIdText, kValueText, kTypeText, kUnitText, kSemanticsText, kConvIdText, kTextCount };
-        const XMLCh* const wide[kTextCount] = {id, value, type, unit, semantics, convId};
-        std::size_t at[kTextCount];
-        NarrowAll(scratch_, wide, at);
-        const char* texts8 = scratch_.c_str();
-        const std::size_t idAt = at[kIdText];
-        const uint32_t index = message.AddParam(
-            texts8 + idAt, bitPos.value, bitLen.value, texts8 + at[kValueText], texts8 + at[kTypeText],
-            texts8 + at[kUnitText], texts8 + at[kSemanticsText], texts8 + at[kConvIdText]);
-        IParam* param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
+        // The six texts go into one reused buffer, in the order a parameter keeps them, and the
+        // message copies them.
+        const XMLCh* const wide[ZParam::kSlotCount] = {convId, semantics, value, type, unit, id};
+        ZParam::PackedTexts packed{nullptr, 0, {}};
+        const auto& at = packed.starts;
+        packed.size = NarrowAll(scratch_, wide, packed.starts);
+        packed.bytes = scratch_.data();
+        uint32_t index = InvalidIndex;
+        IParam* param = nullptr;
+        if (model != nullptr) {
+            index = model->AddPackedParam(packed, bitPos.value, bitLen.value);
+            param = index != InvalidIndex ? model->GetParam(static_cast<int>(index)) : nullptr;
+        } else {
+            const char* texts8 = packed.bytes;
+            index = message.AddParam(texts8 + at[ZParam::kId], bitPos.value, bitLen.value,
+                                     texts8 + at[ZParam::kValue], texts8 + at[ZParam::kTypeName],
+                                     texts8 + at[ZParam::kUnit], texts8 + at[ZParam::kSemantics],
+                                     texts8 + at[ZParam::kConvId]);
+            param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
+        }
         if (param == nullptr && Wants(ReportLevelError)) {
-            Report(ReportLevelError,
-                   Msg::kParameterUsedBegin + std::string(texts8 + idAt) + Msg::kParameterUsedEnd);
+            Report(ReportLevelError, Msg::kParameterUsedBegin + std::string(packed.bytes + at[ZParam::kId]) +
+                                         Msg::kParameterUsedEnd);
         }
         return param;
     }

@@ -19,8 +19,10 @@ public:
     void EndElement(const XMLCh* tag) override;
 
 private:
-    // The new parameter, or null (reported) when an attribute fails or the id is used.
-    IParam* AddParam(IMessage& message, const xercesc::AttributeList& attributes);
+    // The new parameter, or null (reported) when an attribute fails or the id is used. `model`
+    // is the same message with its own type when it has one: the texts then go in as they are
+    // narrowed, in one block.
+    IParam* AddParam(IMessage& message, ZMessage* model, const xercesc::AttributeList& attributes);
 
     // UTF-8 texts of the parameter being added, reused from one element to the next.
     std::string scratch_;

@@ -12,4 +12,8 @@ IMessage* ZKLXEHRequest::CreateMessage(IInstance& instance) {
     return instance.CreateRequest();
 }
 
+ZMessage* ZKLXEHRequest::CreateModelMessage(ZInstance& instance) {
+    return instance.CreateRequest();
+}
+
 }  // namespace Korvel

@@ -12,4 +12,8 @@ IMessage* ZKLXEHResponse::CreateMessage(IInstance& instance) {
     return instance.CreatePosResponse();
 }
 
+ZMessage* ZKLXEHResponse::CreateModelMessage(ZInstance& instance) {
+    return instance.CreatePosResponse();
+}
+
 }  // namespace Korvel
