@@ -120,6 +120,26 @@ TEST(ZKLXEHParameter_Open, EveryMissingAttributeIsNamedInOrder) {
     EXPECT_EQ(result->Texts(ReportLevelError)[0].rfind(ReaderMessages::kParameterMissingBegin, 0), 0u);
 }
 
+// Names that share a first letter, a prefix or the whole name with a longer tail are other
+// attributes: none of them counts, and the first of each real name counts.
+TEST(ZKLXEHParameter_Open, NearNamesAreOtherAttributes) {
+    auto result = Read(InRequest(
+        "<PARAMETER i=\"x\" ids=\"x\" bit=\"1\" bitP=\"1\" bitPosition=\"1\" bitLength=\"1\" v=\"x\" "
+        "values=\"x\" typ=\"x\" units=\"x\" semantic=\"x\" convid=\"x\" c=\"x\" b=\"1\"/>"
+        "<PARAMETER bitLen=\"4\" convId=\"c\" semantics=\"\" unit=\"u\" type=\"unsigned\" value=\"v\" "
+        "bitPos=\"2\" id=\"real\"/>"));
+    ASSERT_FALSE(result->Faults().empty());
+    EXPECT_EQ(result->Faults()[0], Missing("", "id bitPos bitLen value type unit semantics convId "));
+    ASSERT_NE(result->ecu, nullptr);
+    const IParam* param = RequestOf(*result->ecu)->GetParam("real");
+    ASSERT_NE(param, nullptr);
+    EXPECT_EQ(param->GetBitPos(), 2u);
+    EXPECT_EQ(param->GetBitLength(), 4u);
+    EXPECT_STREQ(param->GetConvId(), "c");
+    EXPECT_STREQ(param->GetUnit(), "u");
+    EXPECT_STREQ(param->GetValue(), "v");
+}
+
 TEST(ZKLXEHParameter_Open, UsedIdIsRefused) {
     const std::string param =
         "<PARAMETER id=\"p\" bitPos=\"1\" bitLen=\"8\" type=\"none\" unit=\"\" value=\"\" semantics=\"\" "

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace Korvel {
 
@@ -41,15 +42,16 @@ std::string Narrow(const XMLCh* text) {
 enum Slot { kId, kValue, kType, kUnit, kSemantics, kConvId, kBitPos, kBitLen, kSlotCount };
 
 // Compares up to and including the terminator, stopping at the first difference, so a shorter
-// name is never read past its end. The fixed length lets the compiler unroll the loop.
+// name is never read past its end. The first unit is already known to match (see SlotOf). The
+// comparisons are spelled out one by one, which the compiler does not do for a loop at -O2.
+template <std::size_t N, std::size_t... I>
+bool EqualsFrom1(const XMLCh* name, const char16_t (&expected)[N], std::index_sequence<I...>) {
+    return ((name[I + 1] == expected[I + 1]) && ...);
+}
+
 template <std::size_t N>
 bool Equals(const XMLCh* name, const char16_t (&expected)[N]) {
-    for (std::size_t index = 0; index < N; ++index) {
-        if (name[index] != expected[index]) {
-            return false;
-        }
-    }
-    return true;
+    return EqualsFrom1(name, expected, std::make_index_sequence<N - 1>{});
 }
 
 int SlotOf(const XMLCh* name) {
