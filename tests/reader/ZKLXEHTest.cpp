@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using namespace Korvel;
 using ReaderTest::FakeAttributes;
 
@@ -69,36 +71,26 @@ TEST_F(ZKLXEHTest, TopInstanceAndConversion_AreFoundThroughTypedAndPlainRecordsA
     ProbeHandler handler(context);
     EXPECT_EQ(handler.TopInstance(), nullptr);
     EXPECT_EQ(handler.TopConversion(), nullptr);
+    // Pushes the handler's last record and gives what the handler then finds on top.
+    const auto onTop = [&]() {
+        stack.Push(handler.GetCurrentElement());
+        const std::pair<IInstance*, IConversion*> found{handler.TopInstance(), handler.TopConversion()};
+        stack.Pop();
+        return found;
+    };
+    using Found = std::pair<IInstance*, IConversion*>;
 
     handler.AddInstanceElement(u"PROBE", instance);
-    stack.Push(handler.GetCurrentElement());
-    EXPECT_EQ(handler.TopInstance(), instance);
-    EXPECT_EQ(handler.TopConversion(), nullptr);
-    stack.Pop();
-
+    EXPECT_EQ(onTop(), Found(instance, nullptr));
     // The record is reused for the next element of its name and forgets the typed item.
     handler.AddConversionElement(u"PROBE", conversion);
-    stack.Push(handler.GetCurrentElement());
-    EXPECT_EQ(handler.TopConversion(), conversion);
-    EXPECT_EQ(handler.TopInstance(), nullptr);
-    stack.Pop();
-
+    EXPECT_EQ(onTop(), Found(nullptr, conversion));
     handler.AddElement(u"PROBE", instance);
-    stack.Push(handler.GetCurrentElement());
-    EXPECT_EQ(handler.TopInstance(), instance);
-    EXPECT_EQ(handler.TopConversion(), nullptr);
-    stack.Pop();
-
+    EXPECT_EQ(onTop(), Found(instance, nullptr));
     handler.AddElement(u"PROBE", conversion);
-    stack.Push(handler.GetCurrentElement());
-    EXPECT_EQ(handler.TopConversion(), conversion);
-    EXPECT_EQ(handler.TopInstance(), nullptr);
-    stack.Pop();
-
+    EXPECT_EQ(onTop(), Found(nullptr, conversion));
     handler.AddEmptyElement(u"PROBE");
-    stack.Push(handler.GetCurrentElement());
-    EXPECT_EQ(handler.TopInstance(), nullptr);
-    EXPECT_EQ(handler.TopConversion(), nullptr);
+    EXPECT_EQ(onTop(), Found(nullptr, nullptr));
 }
 
 // A parameter goes into the message of the record on top whether the record has the message
