@@ -49,7 +49,7 @@ const IInstanceContainer* ZEcu::GetInstanceContainer() const {
     return &m_instances;
 }
 
-IInstanceContainer* ZEcu::GetInstanceContainer() {
+ZInstanceContainer* ZEcu::GetInstanceContainer() {
     return &m_instances;
 }
 

@@ -29,7 +29,8 @@ public:
     INrcContainer* GetNrcContainer() override;
     void SetInstanceContainer(const IInstanceContainer& instances) override;
     const IInstanceContainer* GetInstanceContainer() const override;
-    IInstanceContainer* GetInstanceContainer() override;
+    // The container with its own type; callers through IEcu see the interface.
+    ZInstanceContainer* GetInstanceContainer() override;
     void SetConversionContainer(const IConversionContainer& conversions) override;
     const IConversionContainer* GetConversionContainer() const override;
     IConversionContainer* GetConversionContainer() override;

@@ -1,5 +1,6 @@
 #include "reader/handlers/ZKLXEH.h"
 #include "reader/handlers/ZKLXEHParameter.h"
+#include "reader/handlers/ZKLXEHRequest.h"
 
 #include "ReaderFixture.h"
 #include "model/ZNotSupportedItem.h"
@@ -137,6 +138,38 @@ TEST_F(ZKLXEHTest, Parameter_IsAddedAlikeThroughTheTypedAndTheInterfaceRecord) {
             message.text.find("Temp") != std::string::npos && message.level == ReportLevelError ? 1 : 0;
     }
     EXPECT_EQ(refusals, 2u);
+}
+
+// An instance record without the model's own type (as another implementation would give) still
+// gets its request, through the interface, and the request's parameters go in the same way.
+TEST_F(ZKLXEHTest, Request_IsMadeThroughTheInterfaceForAPlainInstanceRecord) {
+    auto ecu = GetFactory().CreateEcu();
+    IInstanceContainer* instances = ecu->GetInstanceContainer();
+    IInstance* instance = instances->GetInstance(instances->AddInstance("I"));
+    ASSERT_NE(instance, nullptr);
+    ProbeHandler probe(context);
+    ZKLXEHRequest requests(context);
+    ZKLXEHParameter parameters(context);
+    FakeAttributes none;
+    FakeAttributes attributes;
+    attributes.Add(u"id", u"p");
+    attributes.Add(u"bitPos", u"0");
+    attributes.Add(u"bitLen", u"8");
+    attributes.Add(u"value", u"1");
+    attributes.Add(u"type", u"unsigned");
+    attributes.Add(u"unit", u"");
+    attributes.Add(u"semantics", u"");
+    attributes.Add(u"convId", u"");
+
+    probe.AddInstanceElement(u"PROBE", instance);
+    stack.Push(probe.GetCurrentElement());
+    requests.StartElement(u"REQUEST", none);
+    stack.Push(requests.GetCurrentElement());
+    parameters.StartElement(u"PARAMETER", attributes);
+    parameters.EndElement(u"PARAMETER");
+    ASSERT_NE(instance->GetRequest(), nullptr);
+    ASSERT_EQ(instance->GetRequest()->GetCount(), 1u);
+    EXPECT_STREQ(instance->GetRequest()->GetParam("p")->GetValue(), "1");
 }
 
 TEST_F(ZKLXEHTest, HasCurrentElement_AnswersLikeTheRecordItself) {

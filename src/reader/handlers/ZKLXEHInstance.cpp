@@ -23,13 +23,11 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
     }
     const std::string id = Platform::Utf16ToUtf8(idText);
     IInstanceContainer* instances = Ecu()->GetInstanceContainer();
-    if (instances != instancesSeen_) {
-        instancesSeen_ = instances;
-        modelInstances_ = dynamic_cast<ZInstanceContainer*>(instances);
-    }
     const uint32_t index = instances->AddInstance(id.c_str());
-    ZInstance* model =
-        index != InvalidIndex && modelInstances_ != nullptr ? modelInstances_->GetInstance(index) : nullptr;
+    ZEcu* modelEcu = ModelEcu();
+    ZInstance* model = index != InvalidIndex && modelEcu != nullptr
+                           ? modelEcu->GetInstanceContainer()->GetInstance(index)
+                           : nullptr;
     IInstance* instance = model;
     if (instance == nullptr && index != InvalidIndex) {
         instance = instances->GetInstance(index);
@@ -43,6 +41,14 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
         return;
     }
     AddInstanceElement(tag, instance, model);
+}
+
+ZEcu* ZKLXEHInstance::ModelEcu() {
+    if (!ecuChecked_) {
+        modelEcu_ = dynamic_cast<ZEcu*>(Ecu());
+        ecuChecked_ = true;
+    }
+    return modelEcu_;
 }
 
 void ZKLXEHInstance::EndElement(const XMLCh* /*tag*/) {

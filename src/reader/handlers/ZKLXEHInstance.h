@@ -5,7 +5,7 @@
 #include "reader/handlers/KLTags.h"
 #include "reader/handlers/ZKLXEH.h"
 
-#include "model/ZInstanceContainer.h"
+#include "model/ZEcu.h"
 
 namespace Korvel {
 
@@ -17,10 +17,11 @@ public:
     void EndElement(const XMLCh* tag) override;
 
 private:
-    // The ECU's instance container as seen last, and the same as this library's own type (null
-    // for another implementation): one cast per container instead of one per instance.
-    IInstanceContainer* instancesSeen_ = nullptr;
-    ZInstanceContainer* modelInstances_ = nullptr;
+    // The ECU of this read with its own type (null for another implementation), found with one
+    // cast per handler instead of one per instance. The handler's ECU never changes.
+    ZEcu* ModelEcu();
+    bool ecuChecked_ = false;
+    ZEcu* modelEcu_ = nullptr;
 };
 
 }  // namespace Korvel
