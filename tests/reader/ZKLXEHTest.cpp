@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <utility>
 
 using namespace Korvel;
@@ -29,6 +30,16 @@ public:
     using ZKLXEH::TopConversion;
     using ZKLXEH::TopInstance;
 };
+
+// The eight attributes of a parameter, values in the order id, bitPos, bitLen, value, type, unit,
+// semantics, convId.
+void AddParameterAttributes(FakeAttributes& attributes, const std::array<const XMLCh*, 8>& values) {
+    static const XMLCh* const kNames[8] = {u"id",   u"bitPos", u"bitLen",    u"value",
+                                           u"type", u"unit",   u"semantics", u"convId"};
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        attributes.Add(kNames[index], values[index]);
+    }
+}
 
 class ZKLXEHTest : public ::testing::Test {
 protected:
@@ -98,14 +109,8 @@ TEST_F(ZKLXEHTest, TopInstanceAndConversion_AreFoundThroughTypedAndPlainRecordsA
 // with its own type (the direct path) or only through its interface, with the same texts.
 TEST_F(ZKLXEHTest, Parameter_IsAddedAlikeThroughTheTypedAndTheInterfaceRecord) {
     FakeAttributes attributes;
-    attributes.Add(u"id", u"Temp");
-    attributes.Add(u"bitPos", u"8");
-    attributes.Add(u"bitLen", u"16");
-    attributes.Add(u"value", u"0x0A");
-    attributes.Add(u"type", u"unsigned");
-    attributes.Add(u"unit", u"\u00B0C");
-    attributes.Add(u"semantics", u"XID");
-    attributes.Add(u"convId", u"Conv_\u03A9");
+    AddParameterAttributes(attributes,
+                           {u"Temp", u"8", u"16", u"0x0A", u"unsigned", u"\u00B0C", u"XID", u"Conv_\u03A9"});
     ProbeHandler probe(context);
     ZKLXEHParameter parameters(context);
     ZRequest typed;
@@ -152,14 +157,7 @@ TEST_F(ZKLXEHTest, Request_IsMadeThroughTheInterfaceForAPlainInstanceRecord) {
     ZKLXEHParameter parameters(context);
     FakeAttributes none;
     FakeAttributes attributes;
-    attributes.Add(u"id", u"p");
-    attributes.Add(u"bitPos", u"0");
-    attributes.Add(u"bitLen", u"8");
-    attributes.Add(u"value", u"1");
-    attributes.Add(u"type", u"unsigned");
-    attributes.Add(u"unit", u"");
-    attributes.Add(u"semantics", u"");
-    attributes.Add(u"convId", u"");
+    AddParameterAttributes(attributes, {u"p", u"0", u"8", u"1", u"unsigned", u"", u"", u""});
 
     probe.AddInstanceElement(u"PROBE", instance);
     stack.Push(probe.GetCurrentElement());
