@@ -24,12 +24,11 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
     const std::string id = Platform::Utf16ToUtf8(idText);
     IInstanceContainer* instances = Ecu()->GetInstanceContainer();
     const uint32_t index = instances->AddInstance(id.c_str());
+    // The model's container gives null for an index out of range, InvalidIndex included.
     ZEcu* modelEcu = ModelEcu();
-    ZInstance* model = index != InvalidIndex && modelEcu != nullptr
-                           ? modelEcu->GetInstanceContainer()->GetInstance(index)
-                           : nullptr;
+    ZInstance* model = modelEcu != nullptr ? modelEcu->GetInstanceContainer()->GetInstance(index) : nullptr;
     IInstance* instance = model;
-    if (instance == nullptr && index != InvalidIndex) {
+    if (modelEcu == nullptr && index != InvalidIndex) {
         instance = instances->GetInstance(index);
     }
     if (instance == nullptr) {

@@ -124,7 +124,9 @@ ZKLXEHParameter::~ZKLXEHParameter() = default;
 
 void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
-    IMessage* message = TopMessage();
+    // A record with the model's own message needs no second look at the stack.
+    ZMessage* model = TopModelMessage();
+    IMessage* message = model != nullptr ? model : TopMessage();
     if (message == nullptr) {
         if (IModelItem* top = TopItem()) {
             message = dynamic_cast<IMessage*>(top);
@@ -133,7 +135,7 @@ void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& att
             }
         }
     }
-    IParam* param = message != nullptr ? AddParam(*message, TopModelMessage(), attributes) : nullptr;
+    IParam* param = message != nullptr ? AddParam(*message, model, attributes) : nullptr;
     if (param == nullptr) {
         AddEmptyElement(tag);
         return;
