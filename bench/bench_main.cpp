@@ -776,8 +776,9 @@ int main(int argc, char** argv) {
             double pairedMin = 1e300, pairedMax = 0;
             for (const Result& r : results) {
                 if (!r.pairRatios.empty()) {
-                    pairedMin = std::min(pairedMin, Median(r.pairRatios));
-                    pairedMax = std::max(pairedMax, Median(r.pairRatios));
+                    const double median = Median(r.pairRatios);
+                    pairedMin = std::min(pairedMin, median);
+                    pairedMax = std::max(pairedMax, median);
                 }
             }
             if (pairedMax > 0) {
