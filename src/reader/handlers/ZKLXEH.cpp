@@ -110,36 +110,27 @@ IModelItem* ZKLXEH::TopItem() const {
 }
 
 IMessage* ZKLXEH::TopMessage() const {
-    const ZKLXmlElement* top = TopRecord();
-    return top != nullptr ? top->GetMessage() : nullptr;
+    return TopTyped(&ZKLXmlElement::GetMessage);
 }
 
 ZMessage* ZKLXEH::TopModelMessage() const {
-    const ZKLXmlElement* top = TopRecord();
-    return top != nullptr ? top->GetModelMessage() : nullptr;
+    return TopTyped(&ZKLXmlElement::GetModelMessage);
 }
 
 ZInstance* ZKLXEH::TopModelInstance() const {
-    const ZKLXmlElement* top = TopRecord();
-    return top != nullptr ? top->GetModelInstance() : nullptr;
+    return TopTyped(&ZKLXmlElement::GetModelInstance);
 }
 
 // Records of instance and conversion elements carry the typed item; any other record is
 // checked with a cast, so the answer is the same either way.
 IInstance* ZKLXEH::TopInstance() const {
-    const ZKLXmlElement* top = TopRecord();
-    if (top != nullptr && top->GetInstance() != nullptr) {
-        return top->GetInstance();
-    }
-    return dynamic_cast<IInstance*>(TopItem());
+    IInstance* instance = TopTyped(&ZKLXmlElement::GetInstance);
+    return instance != nullptr ? instance : dynamic_cast<IInstance*>(TopItem());
 }
 
 IConversion* ZKLXEH::TopConversion() const {
-    const ZKLXmlElement* top = TopRecord();
-    if (top != nullptr && top->GetConversion() != nullptr) {
-        return top->GetConversion();
-    }
-    return dynamic_cast<IConversion*>(TopItem());
+    IConversion* conversion = TopTyped(&ZKLXmlElement::GetConversion);
+    return conversion != nullptr ? conversion : dynamic_cast<IConversion*>(TopItem());
 }
 
 bool ZKLXEH::TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t index, uint8_t& value) {

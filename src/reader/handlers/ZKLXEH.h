@@ -94,6 +94,12 @@ private:
     const std::string& NarrowTagOf(const XMLCh* tag);
     // The record on top of the stack when it is a record of this reader; null otherwise.
     const ZKLXmlElement* TopRecord() const;
+    // One typed item of the top record (see ZKLXmlElement); null without a record.
+    template <typename T>
+    T* TopTyped(T* (ZKLXmlElement::*get)() const) const {
+        const ZKLXmlElement* top = TopRecord();
+        return top != nullptr ? (top->*get)() : nullptr;
+    }
 
     std::shared_ptr<IReporting> reporting_;
     // Only the last record is kept: it is all GetCurrentElement can hand out; the stack holds

@@ -80,6 +80,14 @@ int SlotOf(const XMLCh* name) {
 // Attribute values are nearly always ASCII: such a text is measured in one short pass and then
 // copied unit by unit, with no transcoder and no string of its own. `out` only grows, so after
 // the first parameters it has the room and is never resized.
+// Where `length` bytes and a zero go at `offset`; `out` grows to twice what is needed.
+char* RoomAt(std::string& out, std::size_t offset, std::size_t length) {
+    if (offset + length + 1 > out.size()) {
+        out.resize((offset + length + 1) * 2);
+    }
+    return out.data() + offset;
+}
+
 template <std::size_t N>
 std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::array<uint32_t, N>& at) {
     std::size_t offset = 0;
@@ -92,10 +100,7 @@ std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::arr
         }
         at[i] = static_cast<uint32_t>(offset);
         if (units < 0x80) {
-            if (offset + length + 1 > out.size()) {
-                out.resize((offset + length + 1) * 2);
-            }
-            char* block = out.data() + offset;
+            char* block = RoomAt(out, offset, length);
             for (std::size_t index = 0; index < length; ++index) {
                 block[index] = static_cast<char>(text[index]);
             }
@@ -105,11 +110,9 @@ std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::arr
         }
         // Other texts are longer in UTF-8: this one goes through the transcoder.
         const std::string narrow = Platform::Utf16ToUtf8(text, length);
-        if (offset + narrow.size() + 1 > out.size()) {
-            out.resize((offset + narrow.size() + 1) * 2);
-        }
-        std::memcpy(out.data() + offset, narrow.data(), narrow.size());
-        out[offset + narrow.size()] = '\0';
+        char* block = RoomAt(out, offset, narrow.size());
+        std::memcpy(block, narrow.data(), narrow.size());
+        block[narrow.size()] = '\0';
         offset += narrow.size() + 1;
     }
     return offset;
@@ -174,22 +177,17 @@ IParam* ZKLXEHParameter::AddParam(IMessage& message, ZMessage* model,
         const auto& at = packed.starts;
         packed.size = NarrowAll(scratch_, wide, packed.starts);
         packed.bytes = scratch_.data();
-        uint32_t index = InvalidIndex;
-        IParam* param = nullptr;
-        if (model != nullptr) {
-            index = model->AddPackedParam(packed, bitPos.value, bitLen.value);
-            param = index != InvalidIndex ? model->GetParam(static_cast<int>(index)) : nullptr;
-        } else {
-            const char* texts8 = packed.bytes;
-            index = message.AddParam(texts8 + at[ZParam::kId], bitPos.value, bitLen.value,
-                                     texts8 + at[ZParam::kValue], texts8 + at[ZParam::kTypeName],
-                                     texts8 + at[ZParam::kUnit], texts8 + at[ZParam::kSemantics],
-                                     texts8 + at[ZParam::kConvId]);
-            param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
-        }
+        const char* texts8 = packed.bytes;
+        const uint32_t index =
+            model != nullptr ? model->AddPackedParam(packed, bitPos.value, bitLen.value)
+                             : message.AddParam(texts8 + at[ZParam::kId], bitPos.value, bitLen.value,
+                                                texts8 + at[ZParam::kValue], texts8 + at[ZParam::kTypeName],
+                                                texts8 + at[ZParam::kUnit], texts8 + at[ZParam::kSemantics],
+                                                texts8 + at[ZParam::kConvId]);
+        IParam* param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
         if (param == nullptr && Wants(ReportLevelError)) {
-            Report(ReportLevelError, Msg::kParameterUsedBegin + std::string(packed.bytes + at[ZParam::kId]) +
-                                         Msg::kParameterUsedEnd);
+            Report(ReportLevelError,
+                   Msg::kParameterUsedBegin + std::string(texts8 + at[ZParam::kId]) + Msg::kParameterUsedEnd);
         }
         return param;
     }
