@@ -123,6 +123,19 @@ std::string Utf16ToUtf8(const XMLCh* text, std::size_t length) {
     if (text == nullptr || length == 0) {
         return std::string();
     }
+    // Most texts of a document are ASCII, whose UTF-8 bytes are its units: one pass to see it,
+    // one to copy, and no transcoder.
+    XMLCh units = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        units |= text[i];
+    }
+    if (units < 0x80) {
+        std::string ascii(length, '\0');
+        for (std::size_t i = 0; i < length; ++i) {
+            ascii[i] = static_cast<char>(text[i]);
+        }
+        return ascii;
+    }
     // Unpaired surrogates have no UTF-8 form; they become U+FFFD first.
     WideString clean(text, length);
     for (std::size_t i = 0; i < clean.size(); ++i) {

@@ -62,6 +62,24 @@ TEST(Transcode, Utf16ToUtf8ReplacesUnpairedSurrogates) {
     EXPECT_EQ(Utf16ToUtf8(highAtEnd), std::string("a\xEF\xBF\xBD"));
 }
 
+TEST(Transcode, Utf16ToUtf8GivesAsciiUnitsAsBytesUpToTheLastAsciiCharacter) {
+    const WideString ascii{u'a', 0x7F, u' ', 0x01};
+    EXPECT_EQ(Utf16ToUtf8(ascii), std::string("a\x7F \x01"));
+    // One unit past ASCII anywhere in the text makes the whole text go through the transcoder.
+    const WideString latin{u'a', 0x7F, 0x80};
+    EXPECT_EQ(Utf16ToUtf8(latin), std::string("a\x7F\xC2\x80"));
+    const WideString latinFirst{0xE9, u'a'};
+    EXPECT_EQ(Utf16ToUtf8(latinFirst), std::string("\xC3\xA9"
+                                                   "a"));
+}
+
+TEST(Transcode, Utf16ToUtf8KeepsEmbeddedZeroAndLongAsciiTexts) {
+    const WideString zero{u'a', 0, u'b'};
+    EXPECT_EQ(Utf16ToUtf8(zero), std::string("a\0b", 3));
+    const WideString longText(5000, u'x');
+    EXPECT_EQ(Utf16ToUtf8(longText), std::string(5000, 'x'));
+}
+
 TEST(Transcode, Utf16ToUtf8ReadsZeroTerminatedTextAndNull) {
     const XMLCh text[] = {u'h', u'i', 0};
     EXPECT_EQ(Utf16ToUtf8(text), "hi");
