@@ -131,9 +131,7 @@ std::string Utf16ToUtf8(const XMLCh* text, std::size_t length) {
     }
     if (units < 0x80) {
         std::string ascii(length, '\0');
-        for (std::size_t i = 0; i < length; ++i) {
-            ascii[i] = static_cast<char>(text[i]);
-        }
+        CopyAscii(text, length, ascii.data());
         return ascii;
     }
     // Unpaired surrogates have no UTF-8 form; they become U+FFFD first.

@@ -24,6 +24,14 @@ inline WideString Utf8ToUtf16(const std::string& text) {
     return Utf8ToUtf16(text.data(), text.size());
 }
 
+// The UTF-8 form of an ASCII text is its units as bytes: `length` of them go to `out`. Callers
+// know the text is ASCII (every unit below 0x80).
+inline void CopyAscii(const XMLCh* text, std::size_t length, char* out) {
+    for (std::size_t i = 0; i < length; ++i) {
+        out[i] = static_cast<char>(text[i]);
+    }
+}
+
 // UTF-16 to UTF-8 (unpaired surrogates become U+FFFD).
 std::string Utf16ToUtf8(const XMLCh* text, std::size_t length);
 // Zero-terminated UTF-16 (null gives an empty text) to UTF-8.

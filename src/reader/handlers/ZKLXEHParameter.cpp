@@ -3,6 +3,7 @@
 #include "reader/handlers/AttributeText.h"
 
 #include "model/ZMessage.h"
+#include "platform/Transcode.h"
 
 #include <ZeKL/IMessage.h>
 
@@ -101,9 +102,7 @@ std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::arr
         at[i] = static_cast<uint32_t>(offset);
         if (units < 0x80) {
             char* block = RoomAt(out, offset, length);
-            for (std::size_t index = 0; index < length; ++index) {
-                block[index] = static_cast<char>(text[index]);
-            }
+            Platform::CopyAscii(text, length, block);
             block[length] = '\0';
             offset += length + 1;
             continue;
