@@ -712,7 +712,14 @@ int main(int argc, char** argv) {
     bool allPass = !broken;
     if (options.only.empty()) {
         std::printf("\ntargets:\n");
+        // Each document's median of read/floor pairs, taken once; their range is the last line.
+        double pairedMin = 1e300, pairedMax = 0;
         for (const Result& r : results) {
+            const double pairMedian = r.pairRatios.empty() ? 0.0 : Median(r.pairRatios);
+            if (!r.pairRatios.empty()) {
+                pairedMin = std::min(pairedMin, pairMedian);
+                pairedMax = std::max(pairedMax, pairMedian);
+            }
             if (!r.readOk || !r.writeOk) {
                 std::printf("  %-8s FAIL  read or write did not complete\n", r.name.c_str());
                 allPass = false;
@@ -722,7 +729,7 @@ int main(int argc, char** argv) {
             // machine alike, while the best read and the best floor may come from different
             // moments of a machine whose speed drifts. The median leaves out single pauses.
             const double bestRatio = r.read / r.sax;
-            const double readRatio = r.pairRatios.empty() ? bestRatio : Median(r.pairRatios);
+            const double readRatio = r.pairRatios.empty() ? bestRatio : pairMedian;
             const bool readPass = readRatio <= kReadOverFloorMax;
             const bool writePass = r.outSax > 0 && r.write <= kWriteOverFloorMax * r.outSax;
             const bool writeSpeedPass = MBs(r.bytes, r.write) >= kWriteMBsMin;
@@ -782,14 +789,6 @@ int main(int argc, char** argv) {
                         floorMin * 1e3, floorMax * 1e3, (floorMax / floorMin - 1) * 100);
             // Not a target either: the read's time per MB against the floor's, size by size, from
             // the back-to-back pairs. A drift of the machine between sizes cancels out here.
-            double pairedMin = 1e300, pairedMax = 0;
-            for (const Result& r : results) {
-                if (!r.pairRatios.empty()) {
-                    const double median = Median(r.pairRatios);
-                    pairedMin = std::min(pairedMin, median);
-                    pairedMax = std::max(pairedMax, median);
-                }
-            }
             if (pairedMax > 0) {
                 std::printf(
                     "  %-8s info  read / floor medians %.2f..%.2f over the documents, spread %.0f%%\n", "all",

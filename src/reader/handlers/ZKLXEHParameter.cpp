@@ -76,11 +76,6 @@ int SlotOf(const XMLCh* name) {
     }
 }
 
-// Narrows the texts into `out`, each followed by a zero, gives each text's offset in `at` and
-// returns the bytes of all of them.
-// Attribute values are nearly always ASCII: such a text is measured in one short pass and then
-// copied unit by unit, with no transcoder and no string of its own. `out` only grows, so after
-// the first parameters it has the room and is never resized.
 // Where `length` bytes and a zero go at `offset`; `out` grows to twice what is needed.
 char* RoomAt(std::string& out, std::size_t offset, std::size_t length) {
     if (offset + length + 1 > out.size()) {
@@ -89,6 +84,11 @@ char* RoomAt(std::string& out, std::size_t offset, std::size_t length) {
     return out.data() + offset;
 }
 
+// Narrows the texts into `out`, each followed by a zero, gives each text's offset in `at` and
+// returns the bytes of all of them.
+// Attribute values are nearly always ASCII: such a text is measured in one short pass and then
+// copied unit by unit, with no transcoder and no string of its own. `out` only grows, so after
+// the first parameters it has the room and is never resized.
 template <std::size_t N>
 std::size_t NarrowAll(std::string& out, const XMLCh* const (&texts)[N], std::array<uint32_t, N>& at) {
     std::size_t offset = 0;
