@@ -774,12 +774,12 @@ int main(int argc, char** argv) {
             bestWrite.Add(r.write / mb);
             bestFloor.Add(r.sax / mb);
             floorsPerMB.insert(floorsPerMB.end(), r.pairFloorsPerMB.begin(), r.pairFloorsPerMB.end());
-            if (!r.pairRatios.empty()) {
-                readRatios.push_back(Median(r.pairRatios));
-            }
 
             const double readRatio = PrintRatio(r.name, "read", "the empty-handler parse", r.pairRatios,
                                                 r.read, r.sax, kReadOverFloorMax);
+            if (!r.pairRatios.empty()) {
+                readRatios.push_back(readRatio);  // the median of the pairs
+            }
             const double writeRatio = PrintRatio(r.name, "write", "the empty-handler parse of its output", {},
                                                  r.write, r.outSax, kWriteOverFloorMax);
             const bool writeSpeedPass = MBs(r.bytes, r.write) >= kWriteMBsMin;
