@@ -5,6 +5,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
+#include "model/ZModelMemory.h"
 #include "model/ZOrderedIndex.h"
 
 #include <ZeKL/IContainer.h>
@@ -22,7 +23,7 @@ template <typename Key, typename Item, typename Index = ZOrderedIndex<Key>>
 class ZContainerBase : public ZModelItem, public virtual IContainer {
 public:
     using KeyArg = std::conditional_t<std::is_arithmetic_v<Key>, Key, const Key&>;
-    using ItemList = std::vector<std::unique_ptr<Item>>;
+    using ItemList = ZModelVector<std::unique_ptr<Item>>;
 
     ZContainerBase() = default;
     ZContainerBase(const ZContainerBase&) = delete;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
+#include "model/ZModelMemory.h"
 #include "model/ZTextTable.h"
 
 #include <ZeKL/IConversion.h>
@@ -46,7 +47,7 @@ public:
     void Accept(IConstModelItemVisitor& visitor) override;
 
 private:
-    std::string m_id;
+    ZModelString m_id;
     uint32_t m_type;
     ZTextTable m_table;
     double m_factor;

@@ -12,6 +12,13 @@ ZEcu::ZEcu() : m_version("1.0"), m_protocol(ProtocolUds) {
 
 ZEcu::~ZEcu() = default;
 
+ZModelMemory& ZEcu::ModelMemory(std::size_t expectedBytes) {
+    if (!m_memory) {
+        m_memory = std::make_unique<ZModelMemory>(expectedBytes);
+    }
+    return *m_memory;
+}
+
 const char* ZEcu::GetFormatVersion() const {
     return m_version.c_str();
 }

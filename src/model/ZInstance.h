@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
+#include "model/ZModelMemory.h"
 #include "model/ZNegResponse.h"
 #include "model/ZPosResponse.h"
 #include "model/ZRequest.h"
@@ -55,7 +56,7 @@ private:
     std::unique_ptr<ZRequest> m_request;
     std::unique_ptr<ZPosResponse> m_posResponse;
     std::unique_ptr<ZNegResponse> m_negResponse;
-    std::string m_id;
+    ZModelString m_id;
 };
 
 }  // namespace Korvel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
+#include "model/ZModelMemory.h"
 
 #include <ZeKL/INrcItem.h>
 
@@ -27,7 +28,7 @@ public:
     void Accept(IConstModelItemVisitor& visitor) override;
 
 private:
-    std::string m_text;
+    ZModelString m_text;
     uint8_t m_code;
 };
 

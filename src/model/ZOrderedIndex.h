@@ -2,6 +2,8 @@
 // table is copied in value order, and NRC codes are few. Same operations as ZTextIndex.
 #pragma once
 
+#include "model/ZModelMemory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -13,7 +15,7 @@ template <typename Key>
 class ZOrderedIndex {
 public:
     // Transparent comparison: text keys are looked up without building a string object.
-    using Map = std::map<Key, uint32_t, std::less<>>;
+    using Map = std::map<Key, uint32_t, std::less<>, ZModelAllocator<std::pair<const Key, uint32_t>>>;
 
     // Where a key is, or where it would go; valid until the index next changes.
     struct Probe {

@@ -49,12 +49,12 @@ std::unique_ptr<ZParam> ZParam::MakeCompact(const char* id, uint32_t bitPos, uin
                                             const char* semantics, const char* convId) {
     const Pack::Texts texts{convId, semantics, value, typeName, unit, id};
     const Pack::Layout layout = Pack::Measure(texts);
-    void* block = ::operator new(sizeof(ZParam) + layout.size);
+    void* block = ModelAllocate(sizeof(ZParam) + layout.size);
     char* storage = static_cast<char*>(block) + sizeof(ZParam);
     try {
         return std::unique_ptr<ZParam>(::new (block) ZParam(texts, layout, storage, bitPos, bitLen));
     } catch (...) {
-        ::operator delete(block);
+        ModelFree(block);
         throw;
     }
 }
@@ -63,13 +63,13 @@ std::unique_ptr<ZParam> ZParam::MakePacked(const PackedTexts& texts, uint32_t bi
     if (texts.size > UINT32_MAX) {
         throw std::length_error("texts of one item exceed 4 GiB");
     }
-    void* block = ::operator new(sizeof(ZParam) + texts.size);
+    void* block = ModelAllocate(sizeof(ZParam) + texts.size);
     char* storage = static_cast<char*>(block) + sizeof(ZParam);
     std::memcpy(storage, texts.bytes, texts.size);
     try {
         return std::unique_ptr<ZParam>(::new (block) ZParam(storage, texts.starts, bitPos, bitLen));
     } catch (...) {
-        ::operator delete(block);
+        ModelFree(block);
         throw;
     }
 }

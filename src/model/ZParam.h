@@ -44,17 +44,13 @@ public:
     ~ZParam() override;
 
     // The same parameter as the text constructor builds, with its texts in the parameter's own
-    // heap block: one allocation instead of two, and the texts beside the parameter.
+    // block of model memory: one allocation instead of two, and the texts beside the parameter.
     static std::unique_ptr<ZParam> MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
                                                const char* value, const char* typeName, const char* unit,
                                                const char* semantics, const char* convId);
     // The same from texts already laid out as the parameter keeps them: one copy of the whole
     // block, no text measured again. The reader narrows attribute values straight into this form.
     static std::unique_ptr<ZParam> MakePacked(const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
-    // Every parameter on the heap goes back through the plain global functions, also the
-    // compact ones, whose block is larger than the object.
-    static void* operator new(std::size_t size) { return ::operator new(size); }
-    static void operator delete(void* block) { ::operator delete(block); }
 
     void Assign(const IParam& other) override;
     const char* GetId() const override;

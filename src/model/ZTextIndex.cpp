@@ -288,7 +288,7 @@ void ZTextIndex::Rebuild(std::size_t capacity) {
 }
 
 void ZTextIndex::CompactList() {
-    std::string keys;
+    ZModelString keys;
     keys.reserve(m_keys.size() - m_deadKeyBytes);
     for (Slot& slot : m_slots) {
         const auto at = static_cast<uint32_t>(keys.size());

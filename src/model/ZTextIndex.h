@@ -8,6 +8,8 @@
 // insertion into a walk over the whole table.
 #pragma once
 
+#include "model/ZModelMemory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -88,8 +90,8 @@ private:
     uint32_t StoreKey(std::string_view key);
 
     // The list (m_used slots, in no order) or the table (a power of two of slots).
-    std::vector<Slot> m_slots;
-    std::string m_keys;  // key bytes back to back, without terminators
+    ZModelVector<Slot> m_slots;
+    ZModelString m_keys;  // key bytes back to back, without terminators
     std::size_t m_used = 0;
     std::size_t m_erased = 0;        // erased slots of the table
     std::size_t m_deadKeyBytes = 0;  // bytes of erased keys still in m_keys

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "model/TextOrEmpty.h"
+#include "model/ZModelMemory.h"
 
 #include <array>
 #include <cstddef>
@@ -41,7 +42,7 @@ public:
     ZTextPack(const ZTextPack& other) : m_start(other.m_start) {
         if (other.m_data != nullptr) {
             const std::size_t size = other.ByteSize();
-            m_owned.reset(new char[size]);
+            m_owned.reset(NewBlock(size));
             std::memcpy(m_owned.get(), other.m_data, size);
             m_data = m_owned.get();
         }
@@ -97,7 +98,7 @@ public:
             return;
         }
         ZTextPack built;
-        built.m_owned.reset(new char[layout.size]);
+        built.m_owned.reset(NewBlock(layout.size));
         built.Fill(texts, layout, built.m_owned.get());
         Swap(built);
     }
@@ -119,6 +120,8 @@ public:
     }
 
 private:
+    static char* NewBlock(std::size_t size) { return static_cast<char*>(ModelAllocate(size)); }
+
     std::size_t ByteSize() const { return m_start[N - 1] + std::strlen(Get(N - 1)) + 1; }
 
     void Swap(ZTextPack& other) noexcept {
@@ -145,8 +148,8 @@ private:
         m_data = storage;
     }
 
-    std::unique_ptr<char[]> m_owned;  // the block when the pack has its own
-    const char* m_data = nullptr;     // the block in use: m_owned or the owner's storage
+    std::unique_ptr<char, ZModelDeleter> m_owned;  // the block when the pack has its own
+    const char* m_data = nullptr;                  // the block in use: m_owned or the owner's storage
     std::array<uint32_t, N> m_start{};
 };
 

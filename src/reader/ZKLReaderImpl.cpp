@@ -2,6 +2,7 @@
 
 #include "reader/RegularFile.h"
 
+#include "reader/ZKLReportingGuard.h"
 #include "reader/ZKLReportingHandler.h"
 #include "reader/ZKLXmlParser.h"
 #include "reader/handlers/ZKLXEHConversion.h"
@@ -87,9 +88,10 @@ void ZKLReaderImpl::RegisterHandlers(ZKLXmlParser& parser, const std::shared_ptr
 std::unique_ptr<IEcu> ZKLReaderImpl::Read(const std::shared_ptr<IReporting>& reporting,
                                           const ParseCall& parse) {
     try {
+        const auto guarded = std::make_shared<ZKLReportingGuard>(reporting);
         ZKLXmlParser parser;
-        parser.SetReporting(reporting);
-        RegisterHandlers(parser, reporting);
+        parser.SetReporting(guarded);
+        RegisterHandlers(parser, guarded);
         if (!parse(parser)) {
             return nullptr;
         }

@@ -2,13 +2,33 @@
 
 #include "reader/ReaderMessages.h"
 
+#include "model/ZEcu.h"
+#include "model/ZModelMemory.h"
+
 #include <ZeKL/Exports.h>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace Korvel {
 
 namespace Msg = ReaderMessages;
+
+namespace {
+
+// A model takes about twice the bytes of its document (1.8 to 1.9 times for documents of the
+// format); the estimate sizes the model memory.
+constexpr std::size_t kModelBytesPerDocumentByte = 2;
+
+std::size_t FileSize(const char* path) {
+    std::error_code error;
+    const std::uintmax_t size =
+        path != nullptr ? std::filesystem::file_size(std::filesystem::u8path(path), error) : 0;
+    return error || size > SIZE_MAX / kModelBytesPerDocumentByte ? 0 : static_cast<std::size_t>(size);
+}
+
+}  // namespace
 
 ZKLXmlParser::ZKLXmlParser() : utilsFactory_(std::make_shared<ZKLXmlParserUtilsFactory>()) {
     try {
@@ -26,6 +46,7 @@ bool ZKLXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     tagCounts_.Reset();
+    const ZModelMemory::Scope scope(ModelMemory(FileSize(path)));
     return parser_->ParseFile(path, encoding);
 }
 
@@ -34,6 +55,7 @@ bool ZKLXmlParser::ParseMemory(const char* data, uint32_t length, const char* en
         return false;
     }
     tagCounts_.Reset();
+    const ZModelMemory::Scope scope(ModelMemory(length));
     return parser_->ParseMemory(data, length, encoding);
 }
 
@@ -51,6 +73,11 @@ void ZKLXmlParser::SetReporting(std::shared_ptr<IReporting> reporting) {
 
 ZKLXmlElementStack* ZKLXmlParser::GetElementStack() const {
     return parser_ ? dynamic_cast<ZKLXmlElementStack*>(parser_->GetElementStack()) : nullptr;
+}
+
+ZModelMemory* ZKLXmlParser::ModelMemory(std::size_t documentBytes) {
+    auto* model = dynamic_cast<ZEcu*>(ecu_.get());
+    return model != nullptr ? &model->ModelMemory(documentBytes * kModelBytesPerDocumentByte) : nullptr;
 }
 
 IEcu* ZKLXmlParser::GetEcu() const {

@@ -8,7 +8,11 @@
 #include "reader/ZXmlParser.h"
 #include "reader/handlers/TagCounts.h"
 
+#include <cstddef>
+
 namespace Korvel {
+
+class ZModelMemory;
 
 class ZKLXmlParser : public IKLXmlParserExt {
 public:
@@ -34,6 +38,10 @@ public:
     ZXmlParser* GetXmlParser() const { return parser_.get(); }
 
 private:
+    // The memory the ECU's model is read into (see model/ZModelMemory.h), or null when the ECU
+    // is not the library's own.
+    ZModelMemory* ModelMemory(std::size_t documentBytes);
+
     std::shared_ptr<ZKLXmlParserUtilsFactory> utilsFactory_;
     std::unique_ptr<ZXmlParser> parser_;
     std::unique_ptr<IEcu> ecu_;

@@ -1,7 +1,7 @@
 #include "writer/ZKLWriterImpl.h"
 
 #include "platform/DebugOutput.h"
-#include "platform/MemoryAdvice.h"
+#include "platform/PageMemory.h"
 #include "writer/WriterMessages.h"
 #include "writer/ZSafeFileOutput.h"
 #include "writer/ZStringOutputBuffer.h"
@@ -51,11 +51,11 @@ std::size_t EstimateLength(const IEcu& ecu) {
     return total;
 }
 
-// Builds the document in `text`; throws on failure.
+// Builds the document in `text`; throws on failure. The text's pages are prefaulted as it
+// grows (see ZStringOutputBuffer).
 void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
     try {
         text.reserve(static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), kMaxLength)));
-        Platform::AdviseLargeBlock(text.data(), text.capacity());
     } catch (const std::bad_alloc&) {
         // Without the room the text grows as it goes.
     }
@@ -95,7 +95,7 @@ uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const
         }
         if (buffer.capacity() < text.size()) {
             buffer.reserve(text.size());
-            Platform::AdviseLargeBlock(buffer.data(), buffer.capacity());
+            Platform::PrefaultPages(buffer.data(), text.size());
         }
         buffer.assign(text.begin(), text.end());
         return static_cast<uint32_t>(buffer.size());

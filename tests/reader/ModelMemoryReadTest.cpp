@@ -1,0 +1,165 @@
+// A read builds its model in the model's own memory (model/ZModelMemory.h); the caller's code
+// that runs during a read never does.
+#include "reader/ZKLReaderImpl.h"
+
+#include "model/ZEcu.h"
+#include "model/ZModelMemory.h"
+
+#include <ZeKL/ZeKL.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace Korvel;
+
+namespace {
+
+std::string SampleDocument() {
+    std::ifstream in(std::string(ZEKL_EXAMPLES_DIR) + "/uds_ecu.xml", std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::size_t UsedModelMemory(IEcu& ecu) {
+    auto* model = dynamic_cast<ZEcu*>(&ecu);
+    return model != nullptr ? model->ModelMemory(0).UsedBytes() : 0;
+}
+
+// A sink of the caller that records which model memory was current while it ran, and builds
+// an item of its own each time, which it keeps beyond the model.
+class BuildingSink : public ReportCollector {
+public:
+    BuildingSink() : ReportCollector(ReportLevelDebug) {}
+    void Report(int32_t level, const std::string& message) override {
+        currents.push_back(ZModelMemory::Current());
+        kept.push_back(GetFactory().CreateInstance());
+        kept.back()->SetId("built by the caller's sink, with an id longer than any short text");
+        ReportCollector::Report(level, message);
+    }
+    std::vector<ZModelMemory*> currents;
+    std::vector<std::unique_ptr<IInstance>> kept;
+};
+
+const char kFaultyDocument[] =
+    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+    "<ECU protocol=\"UDS\">\n"
+    " <INSTANCE id=\"Read\">\n"
+    "  <REQUEST>\n"
+    "   <PARAMETER id=\"SID\" bitPos=\"0\" bitLen=\"8\" type=\"unsigned\" unit=\"\" value=\"0x22\" "
+    "semantics=\"SID CONST\" convId=\"\"/>\n"
+    "   <PARAMETER id=\"NoLength\" bitPos=\"8\" type=\"unsigned\" unit=\"\" value=\"\" semantics=\"\" "
+    "convId=\"\"/>\n"
+    "   <UNKNOWN/>\n"
+    "  </REQUEST>\n"
+    " </INSTANCE>\n"
+    "</ECU>\n";
+
+}  // namespace
+
+TEST(ZKLReaderImpl_ModelMemory, ARead_BuildsTheModelInItsOwnMemory) {
+    const std::string text = SampleDocument();
+    ASSERT_FALSE(text.empty());
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ZModelMemory::Current(), nullptr);
+    // Every parameter, message and instance is in it: more than the document's size.
+    EXPECT_GT(UsedModelMemory(*ecu), text.size());
+}
+
+TEST(ZKLReaderImpl_ModelMemory, AFileRead_BuildsTheModelInItsOwnMemory) {
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu =
+        reader.ReadFile((std::string(ZEKL_EXAMPLES_DIR) + "/kwp_ecu.xml").c_str(), "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ZModelMemory::Current(), nullptr);
+    EXPECT_GT(UsedModelMemory(*ecu), 0u);
+}
+
+TEST(ZKLReaderImpl_ModelMemory, TheCallersSink_RunsWithTheModelMemoryPutAside) {
+    BuildingSink sink;
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(kFaultyDocument, "", sink);
+    ASSERT_NE(ecu, nullptr);
+    ASSERT_FALSE(sink.currents.empty());
+    for (ZModelMemory* current : sink.currents) {
+        EXPECT_EQ(current, nullptr);
+    }
+    // What the sink built outlives the model.
+    ecu.reset();
+    for (const auto& instance : sink.kept) {
+        EXPECT_STREQ(instance->GetId(), "built by the caller's sink, with an id longer than any short text");
+    }
+}
+
+TEST(ZKLReaderImpl_ModelMemory, AReadModel_CanBeChangedCopiedAndWrittenAfterTheRead) {
+    const std::string text = SampleDocument();
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
+    ASSERT_NE(ecu, nullptr);
+    IInstanceContainer* instances = ecu->GetInstanceContainer();
+    ASSERT_GT(instances->GetCount(), 1u);
+
+    // A copy of a read instance, made after the read, lives on the heap and outlives the model.
+    std::unique_ptr<IInstance> copy = GetFactory().CreateInstance();
+    IInstance* first = instances->GetInstance(0u);
+    copy->SetId(first->GetId());
+    copy->SetRequest(*first->GetRequest());
+    const std::string firstId = first->GetId();
+
+    // Replace, change and add parameters of read messages; empty a container and fill it again.
+    IRequest* request = first->GetRequest();
+    const uint32_t count = request->GetCount();
+    request->AddParam("Added", 64, 8, "0x01", "unsigned", "", "", "");
+    request->GetParam(0)->SetId("Renamed");
+    request->ReindexParams();
+    EXPECT_NE(request->GetParam("Renamed"), nullptr);
+    EXPECT_EQ(request->GetCount(), count + 1);
+    std::unique_ptr<IInstanceContainer> saved = GetFactory().CreateInstanceContainer();
+    for (uint32_t index = 0; index < instances->GetCount(); ++index) {
+        saved->AddInstance(*instances->GetInstance(index));
+    }
+    instances->Clear();
+    EXPECT_EQ(instances->GetCount(), 0u);
+    ecu->SetInstanceContainer(*saved);
+
+    std::string written;
+    ASSERT_GT(GetKLWriter().WriteToString(*ecu, written, "utf-8"), 0u);
+    EXPECT_NE(written.find("id=\"Renamed\""), std::string::npos);
+    EXPECT_NE(written.find("id=\"Added\""), std::string::npos);
+
+    ecu.reset();
+    EXPECT_EQ(copy->GetId(), firstId);
+    EXPECT_EQ(copy->GetRequest()->GetCount(), count);
+}
+
+TEST(ZKLReaderImpl_ModelMemory, AReadOfALargeDocument_TakesItsMemoryInFewChunks) {
+    // A document of some 2.5 MB: its model takes huge-page chunks, not thousands of small ones.
+    std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ECU protocol=\"UDS\">\n";
+    for (int instance = 0; instance < 2000; ++instance) {
+        text += " <INSTANCE id=\"Instance_" + std::to_string(instance) + "\">\n  <REQUEST>\n";
+        for (int param = 0; param < 10; ++param) {
+            text += "   <PARAMETER id=\"Param_" + std::to_string(param) + "\" bitPos=\"" +
+                    std::to_string(param * 8) +
+                    "\" bitLen=\"8\" type=\"unsigned\" unit=\"\" value=\"\" semantics=\"\" convId=\"\"/>\n";
+        }
+        text += "  </REQUEST>\n </INSTANCE>\n";
+    }
+    text += "</ECU>\n";
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
+    ASSERT_NE(ecu, nullptr);
+    ASSERT_EQ(ecu->GetInstanceContainer()->GetCount(), 2000u);
+    auto* model = dynamic_cast<ZEcu*>(ecu.get());
+    ASSERT_NE(model, nullptr);
+    const ZModelMemory& memory = model->ModelMemory(0);
+    EXPECT_GT(memory.UsedBytes(), text.size());
+    EXPECT_LE(memory.ChunkCount(), memory.ChunkBytes() / (std::size_t{2} << 20) + 2);
+    EXPECT_LE(memory.ChunkBytes(), memory.UsedBytes() + (std::size_t{2} << 20));
+}
