@@ -151,7 +151,8 @@ bool ZModelMemory::AddChunk() noexcept {
     }
     m_ready = base;
     m_end = base + size;
-    PrefaultUpTo(base + sizeof(Chunk));
+    // A huge page comes whole with its first byte; a chunk of ordinary pages comes step by step.
+    PrefaultUpTo(huge ? m_end : base + sizeof(Chunk));
     auto* chunk = reinterpret_cast<Chunk*>(base);
     chunk->next = m_chunks;
     chunk->size = size;
@@ -197,7 +198,13 @@ void* ModelAllocate(std::size_t size) {
     }
     void* at = ::operator new(sizeof(BlockHeader) + size);
     WriteHeader(at, 0, kFromHeap);
-    return static_cast<BlockHeader*>(at) + 1;
+    void* block = static_cast<BlockHeader*>(at) + 1;
+    // The few large blocks of a model (the lists and indexes of large containers) come fresh
+    // from the system more often than not: one call provides their pages.
+    if (size > ZModelMemory::kLargestBlock) {
+        Platform::PrefaultPages(block, size);
+    }
+    return block;
 }
 
 void ModelFree(void* block) noexcept {
