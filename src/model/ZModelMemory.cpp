@@ -97,6 +97,23 @@ struct ZModelMemory::Chunk {
     std::size_t size;
 };
 
+// A recycled block holds the link to the next one of its size, and is otherwise unusable.
+struct ZModelMemory::FreeBlock {
+    FreeBlock* next;
+};
+
+namespace {
+
+ZEKL_NO_ADDRESS_CHECK void Link(void* block, void* next) {
+    static_cast<void**>(block)[0] = next;
+}
+
+ZEKL_NO_ADDRESS_CHECK void* NextOf(const void* block) {
+    return static_cast<void* const*>(block)[0];
+}
+
+}  // namespace
+
 ZModelMemory::ZModelMemory(std::size_t expectedBytes) noexcept : m_expectedBytes(expectedBytes) {}
 
 ZModelMemory::~ZModelMemory() {
@@ -118,7 +135,18 @@ void* ZModelMemory::Allocate(std::size_t size) noexcept {
     if (size > kLargestBlock) {
         return nullptr;
     }
-    const std::size_t need = sizeof(BlockHeader) + RoundUp(size, kModelAlignment);
+    const std::size_t rounded = RoundUp(size, kModelAlignment);
+    if (rounded != 0 && rounded <= kLargestRecycled) {
+        FreeBlock*& list = m_free[rounded / kModelAlignment];
+        if (list != nullptr) {
+            void* block = list;
+            list = static_cast<FreeBlock*>(NextOf(block));
+            WriteHeader(static_cast<BlockHeader*>(block) - 1, static_cast<uint32_t>(size), kFromChunk);
+            MarkUsable(block, size);
+            return block;
+        }
+    }
+    const std::size_t need = sizeof(BlockHeader) + rounded;
     if (static_cast<std::size_t>(m_end - m_next) < need && !AddChunk()) {
         return nullptr;
     }
@@ -132,6 +160,22 @@ void* ZModelMemory::Allocate(std::size_t size) noexcept {
     void* block = at + sizeof(BlockHeader);
     MarkUsable(block, size);
     return block;
+}
+
+// Only the newest chunk's blocks come back: they are recognised by their address alone, so a
+// block of another memory, or of an older chunk, is never taken for one of this chunk.
+bool ZModelMemory::Recycle(void* block, std::size_t size) noexcept {
+    const std::size_t rounded = RoundUp(size, kModelAlignment);
+    char* at = static_cast<char*>(block);
+    if (rounded == 0 || rounded > kLargestRecycled || m_chunks == nullptr ||
+        at < reinterpret_cast<char*>(m_chunks) || at >= m_next) {
+        return false;
+    }
+    FreeBlock*& list = m_free[rounded / kModelAlignment];
+    MarkUnusable(block, size);
+    Link(block, list);
+    list = static_cast<FreeBlock*>(block);
+    return true;
 }
 
 // Chunks are as large as what the model is still expected to take, and past that estimate as
@@ -215,7 +259,11 @@ void ModelFree(void* block) noexcept {
     if (header.origin == kFromHeap) {
         ::operator delete(static_cast<BlockHeader*>(block) - 1);
     } else if (header.origin == kFromChunk) {
-        MarkUnusable(block, header.size);
+        // While a read builds its model, what it frees of the newest chunk serves it again.
+        ZModelMemory* memory = t_current;
+        if (memory == nullptr || !memory->Recycle(block, header.size)) {
+            MarkUnusable(block, header.size);
+        }
     }
 }
 

@@ -14,9 +14,10 @@
 // block carries a small header that says where it came from, so ModelFree does the right thing
 // with either.
 //
-// A chunk's block is not reused when its item goes: an item removed from a model that was read
-// keeps its memory until the model is destroyed. So the chunks never hold more than the read
-// built.
+// A block freed while its read is still building the model (a list that grew, a message that
+// a later element replaced) is handed out again for the next block of its size. A block freed
+// after the read stays until the model is destroyed: an item removed from a model that was
+// read keeps its memory until then. So the chunks never hold more than the read built.
 #pragma once
 
 #include <cstddef>
@@ -45,8 +46,12 @@ public:
     // A block of `size` bytes from the chunks, or null: blocks above kLargestBlock are left to
     // the heap, and so is everything once the system has no memory for another chunk.
     void* Allocate(std::size_t size) noexcept;
+    // Takes back a block of this memory's newest chunk for reuse and returns true; false (and
+    // nothing changes) for any other block. `size` is what the block was allocated with.
+    bool Recycle(void* block, std::size_t size) noexcept;
 
-    // Bytes taken from the system, and bytes handed out of them (block headers included).
+    // Bytes taken from the system, and bytes handed out of them (block headers included; a
+    // block handed out again counts once).
     std::size_t ChunkBytes() const { return m_chunkBytes; }
     std::size_t UsedBytes() const { return m_usedBytes; }
     std::size_t ChunkCount() const { return m_chunkCount; }
@@ -56,6 +61,8 @@ public:
     static constexpr std::size_t kLargestBlock = std::size_t{16} << 10;
     // The smallest chunk, also the step in which chunks of ordinary pages are prefaulted.
     static constexpr std::size_t kSmallChunk = std::size_t{64} << 10;
+    // Freed blocks up to this size are reused (lists and texts of a message, messages).
+    static constexpr std::size_t kLargestRecycled = 512;
 
     // Makes `memory` the memory that ModelAllocate draws on, on this thread, until the scope
     // ends; null puts the current one aside (for code of the caller that runs during a read).
@@ -80,14 +87,18 @@ private:
     bool AddChunk() noexcept;
     void PrefaultUpTo(char* end) noexcept;
 
-    Chunk* m_chunks = nullptr;
-    char* m_next = nullptr;   // the next free byte of the newest chunk
-    char* m_end = nullptr;    // the end of the newest chunk
-    char* m_ready = nullptr;  // prefaulted up to here
+    struct FreeBlock;
+
+    Chunk* m_chunks = nullptr;  // the newest first
+    char* m_next = nullptr;     // the next free byte of the newest chunk
+    char* m_end = nullptr;      // the end of the newest chunk
+    char* m_ready = nullptr;    // prefaulted up to here
     std::size_t m_expectedBytes;
     std::size_t m_chunkBytes = 0;
     std::size_t m_usedBytes = 0;
     std::size_t m_chunkCount = 0;
+    // Recycled blocks by size in steps of kModelAlignment, each list linked through its blocks.
+    FreeBlock* m_free[kLargestRecycled / kModelAlignment + 1] = {};
 };
 
 // A block for a model item or for what an item holds: from the current model memory when there

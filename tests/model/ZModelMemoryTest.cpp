@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -77,8 +78,62 @@ TEST(ZModelMemory, InAScopeBlocksComeFromTheChunksOneAfterTheOther) {
     for (char* block : blocks) {
         ModelFree(block);
     }
-    // A chunk's blocks are not reused.
+    // Blocks freed after the read are not reused.
     EXPECT_EQ(memory.UsedBytes(), expected);
+    const ZModelMemory::Scope scope(&memory);
+    void* block = ModelAllocate(100);
+    EXPECT_EQ(memory.UsedBytes(), expected + 8 + 104);
+    EXPECT_TRUE(std::find(blocks.begin(), blocks.end(), block) == blocks.end());
+}
+
+TEST(ZModelMemory, BlocksFreedDuringTheReadServeTheNextOfTheirSize) {
+    ZModelMemory memory(0);
+    const ZModelMemory::Scope scope(&memory);
+    void* first = ModelAllocate(30);
+    void* second = ModelAllocate(32);
+    const std::size_t used = memory.UsedBytes();
+    ModelFree(first);
+    ModelFree(second);
+    // Last freed, first reused; any size that rounds to the same 8 bytes fits.
+    void* again = ModelAllocate(25);
+    EXPECT_EQ(again, second);
+    std::memset(again, 'a', 25);
+    EXPECT_EQ(ModelAllocate(32), first);
+    EXPECT_EQ(memory.UsedBytes(), used);
+    // Other sizes are not served from those blocks.
+    void* other = ModelAllocate(40);
+    EXPECT_NE(other, first);
+    EXPECT_GT(memory.UsedBytes(), used);
+}
+
+TEST(ZModelMemory, OnlyBlocksOfTheNewestChunkUpToALimitAreReused) {
+    ZModelMemory memory(0);
+    const ZModelMemory::Scope scope(&memory);
+    void* old = ModelAllocate(64);
+    // Fill the first chunk so that the next block opens a second one.
+    while (memory.ChunkCount() == 1) {
+        ModelAllocate(ZModelMemory::kLargestBlock);
+    }
+    const std::size_t used = memory.UsedBytes();
+    ModelFree(old);
+    EXPECT_NE(ModelAllocate(64), old);
+    void* large = ModelAllocate(ZModelMemory::kLargestRecycled + 8);
+    ModelFree(large);
+    EXPECT_NE(ModelAllocate(ZModelMemory::kLargestRecycled + 8), large);
+    void* empty = ModelAllocate(0);
+    ModelFree(empty);
+    EXPECT_NE(ModelAllocate(0), empty);
+    EXPECT_GT(memory.UsedBytes(), used);
+    // A block of another memory is never taken for one of this memory.
+    ZModelMemory other(0);
+    void* foreign = nullptr;
+    {
+        const ZModelMemory::Scope otherScope(&other);
+        foreign = ModelAllocate(64);
+    }
+    EXPECT_FALSE(memory.Recycle(foreign, 64));
+    ModelFree(foreign);
+    EXPECT_NE(ModelAllocate(64), foreign);
 }
 
 TEST(ZModelMemory, ScopesNestAndANullScopePutsTheMemoryAside) {

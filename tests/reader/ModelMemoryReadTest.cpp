@@ -163,3 +163,24 @@ TEST(ZKLReaderImpl_ModelMemory, AReadOfALargeDocument_TakesItsMemoryInFewChunks)
     EXPECT_LE(memory.ChunkCount(), memory.ChunkBytes() / (std::size_t{2} << 20) + 2);
     EXPECT_LE(memory.ChunkBytes(), memory.UsedBytes() + (std::size_t{2} << 20));
 }
+
+TEST(ZKLReaderImpl_ModelMemory, MessagesThatLaterElementsReplace_DoNotPileUp) {
+    // One instance whose request is given 20,000 times: each replaces the one before, and the
+    // memory of the replaced one serves the next.
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ECU protocol=\"UDS\">\n <INSTANCE id=\"Once\">\n";
+    for (int request = 0; request < 20000; ++request) {
+        text +=
+            "  <REQUEST><PARAMETER id=\"SID\" bitPos=\"0\" bitLen=\"8\" type=\"unsigned\" unit=\"\" "
+            "value=\"0x22\" semantics=\"SID CONST\" convId=\"\"/></REQUEST>\n";
+    }
+    text += " </INSTANCE>\n</ECU>\n";
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
+    ASSERT_NE(ecu, nullptr);
+    ASSERT_EQ(ecu->GetInstanceContainer()->GetCount(), 1u);
+    EXPECT_EQ(ecu->GetInstanceContainer()->GetInstance(0u)->GetRequest()->GetCount(), 1u);
+    auto* model = dynamic_cast<ZEcu*>(ecu.get());
+    ASSERT_NE(model, nullptr);
+    EXPECT_LT(model->ModelMemory(0).UsedBytes(), std::size_t{64} << 10);
+}
