@@ -22,7 +22,8 @@
 #endif
 
 // The current memory is read on every allocation of a read: in a shared library a plain
-// thread_local costs a call per access, the initial-exec model a single load.
+// thread_local costs a call per access, the initial-exec model a single load. Its 8 bytes come
+// from the static TLS room the C library keeps for libraries loaded after the program starts.
 #if defined(__GNUC__) && !defined(_WIN32)
 #define ZEKL_FAST_THREAD_LOCAL __attribute__((tls_model("initial-exec")))
 #else
@@ -184,6 +185,8 @@ bool ZModelMemory::Recycle(void* block, std::size_t size) noexcept {
 // less memory than its 512 faults would cost time.
 bool ZModelMemory::AddChunk() noexcept {
     static_assert(sizeof(Chunk) % kModelAlignment == 0, "blocks after the chunk header stay aligned");
+    static_assert(sizeof(Chunk) + sizeof(BlockHeader) + kLargestBlock <= kSmallChunk,
+                  "the largest block fits into the smallest chunk");
     const std::size_t expectedRest = m_expectedBytes > m_usedBytes ? m_expectedBytes - m_usedBytes : 0;
     const std::size_t wanted =
         std::clamp(expectedRest > 0 ? expectedRest : m_chunkBytes, kSmallChunk, Platform::kHugePageSize);
@@ -232,7 +235,8 @@ ZModelMemory* ZModelMemory::Current() noexcept {
 }
 
 void* ModelAllocate(std::size_t size) {
-    if (ZModelMemory* memory = t_current) {
+    ZModelMemory* memory = t_current;
+    if (memory != nullptr) {
         if (void* block = memory->Allocate(size)) {
             return block;
         }
@@ -243,9 +247,9 @@ void* ModelAllocate(std::size_t size) {
     void* at = ::operator new(sizeof(BlockHeader) + size);
     WriteHeader(at, 0, kFromHeap);
     void* block = static_cast<BlockHeader*>(at) + 1;
-    // The few large blocks of a model (the lists and indexes of large containers) come fresh
-    // from the system more often than not: one call provides their pages.
-    if (size > ZModelMemory::kLargestBlock) {
+    // The few large blocks a read builds (the lists and indexes of large containers) come
+    // fresh from the system more often than not: one call provides their pages.
+    if (memory != nullptr && size > ZModelMemory::kLargestBlock) {
         Platform::PrefaultPages(block, size);
     }
     return block;

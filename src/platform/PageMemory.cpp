@@ -18,14 +18,6 @@
 
 namespace Korvel::Platform {
 
-namespace {
-
-std::uintptr_t AlignUp(std::uintptr_t value, std::uintptr_t alignment) {
-    return (value + alignment - 1) & ~(alignment - 1);
-}
-
-}  // namespace
-
 #ifdef _WIN32
 
 // Windows commits pages on first touch as well, but has no huge pages without a privilege
@@ -43,6 +35,14 @@ void UnmapPages(void* block, std::size_t /*size*/) noexcept {
 void PrefaultPages(void* /*data*/, std::size_t /*size*/) noexcept {}
 
 #else
+
+namespace {
+
+std::uintptr_t AlignUp(std::uintptr_t value, std::uintptr_t alignment) {
+    return (value + alignment - 1) & ~(alignment - 1);
+}
+
+}  // namespace
 
 void* MapPages(std::size_t size, bool hugePages) noexcept {
     if (size == 0 || size > SIZE_MAX - kHugePageSize) {
