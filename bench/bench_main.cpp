@@ -125,6 +125,8 @@ struct Result {
     // The floor's time per MB in each of those pairs, in seconds: the machine's speed of the
     // moment, by which the read's flatness is judged.
     std::vector<double> pairFloorsPerMB;
+    // write / floor of each run (the floor of the document read, which the write reproduces).
+    std::vector<double> writePairRatios;
 };
 
 double Seconds(Clock::duration d) {
@@ -405,7 +407,11 @@ Result Measure(const std::string& path, const std::string& name, const Options& 
         ColdCaches();
         const double start = Now();
         const uint32_t length = Korvel::GetKLWriter().WriteToString(*ecu, text, "utf-8");
-        r.write = std::min(r.write, Now() - start);
+        const double writeSeconds = Now() - start;
+        r.write = std::min(r.write, writeSeconds);
+        if (floorSeconds > 0) {
+            r.writePairRatios.push_back(writeSeconds / floorSeconds);
+        }
         if (length == 0 || length != text.size()) {
             std::fprintf(stderr, "  WriteToString failed (%u bytes)\n", length);
             return r;
@@ -475,6 +481,8 @@ void Merge(Result& into, const Result& round) {
     into.pairRatios.insert(into.pairRatios.end(), round.pairRatios.begin(), round.pairRatios.end());
     into.pairFloorsPerMB.insert(into.pairFloorsPerMB.end(), round.pairFloorsPerMB.begin(),
                                 round.pairFloorsPerMB.end());
+    into.writePairRatios.insert(into.writePairRatios.end(), round.writePairRatios.begin(),
+                                round.writePairRatios.end());
     into.readOk = into.readOk && round.readOk;
     into.writeOk = into.writeOk && round.writeOk;
     into.identical = into.identical && round.identical;
@@ -760,9 +768,10 @@ int main(int argc, char** argv) {
         // The read is judged by the median of its ratios to the floor timed back to back with it:
         // a read and its floor see the machine alike, while the best read and the best floor may
         // come from different moments of a machine whose speed drifts. The median leaves out
-        // single pauses. A write lasts a sixth of its floor and does not share its moment: it is
-        // judged by its best run, as the floor of its output is.
-        std::vector<double> readRatios, floorsPerMB;
+        // single pauses. A write lasts a sixth of its floor and does not share its moment: its
+        // ratio to the floor is its best run over the best floor of its output. Its flatness
+        // across documents is judged by pairs as the read's is (see below).
+        std::vector<double> readRatios, writeRatios, floorsPerMB;
         Range bestRead, bestWrite, bestFloor;
         for (const Result& r : results) {
             if (!r.readOk || !r.writeOk) {
@@ -780,6 +789,9 @@ int main(int argc, char** argv) {
                                                 r.read, r.sax, kReadOverFloorMax);
             if (!r.pairRatios.empty()) {
                 readRatios.push_back(readRatio);  // the median of the pairs
+            }
+            if (!r.writePairRatios.empty()) {
+                writeRatios.push_back(Median(r.writePairRatios));
             }
             const double writeRatio = PrintRatio(r.name, "write", "the empty-handler parse of its output", {},
                                                  r.write, r.outSax, kWriteOverFloorMax);
@@ -799,17 +811,20 @@ int main(int argc, char** argv) {
             }
         }
         if (results.size() >= 2 && !broken) {
-            // The read's flatness, judged by the same pairs: each document's median ratio taken at
-            // one speed of the machine, the floor's median time per MB over all pairs of the run.
-            // The best runs of different documents come from different moments, and on a shared
-            // machine those differ by a third: the floor, the same code at every size, then
-            // spreads as much. A read that grows faster than the parse still shows, as a higher
-            // ratio for the larger documents.
+            // The flatness of the read and of the write, judged by the same pairs: each document's
+            // median ratio to the floor of its run, taken at one speed of the machine, the floor's
+            // median time per MB over all pairs of the run. The best runs of different documents
+            // come from different moments, and on a shared machine those differ by a third: the
+            // floor, the same code at every size, then spreads as much. A read or a write that
+            // grows faster than the parse still shows, as a higher ratio for the larger documents.
             const bool paired = readRatios.size() == results.size() && !floorsPerMB.empty();
             const double speed = paired ? Median(floorsPerMB) : 0.0;
-            Range readPerMB;
+            Range readPerMB, writePerMB;
             for (const double ratio : readRatios) {
                 readPerMB.Add(ratio * speed);
+            }
+            for (const double ratio : writeRatios) {
+                writePerMB.Add(ratio * speed);
             }
             const auto flatness = [](const char* what, const Range& range, const char* how) {
                 const bool flat = range.max <= kFlatnessMax * range.min;
@@ -820,19 +835,23 @@ int main(int argc, char** argv) {
             };
             const bool readFlat = paired ? flatness("read", readPerMB, "from its pairs")
                                          : flatness("read", bestRead, "best runs");
-            const bool writeFlat = flatness("write", bestWrite, "best runs");
+            const bool writePaired = paired && writeRatios.size() == results.size();
+            const bool writeFlat = writePaired ? flatness("write", writePerMB, "from its pairs")
+                                               : flatness("write", bestWrite, "best runs");
             // Not targets: the speed the pairs are taken at, and the best runs, by which the
             // machine's drift shows.
             if (paired) {
                 std::printf(
-                    "  %-8s info  from its pairs: each document's median read / floor at the floor's "
-                    "median speed, %.2f ms per MB\n",
+                    "  %-8s info  from its pairs: each document's median read / floor and write / floor "
+                    "at the floor's median speed, %.2f ms per MB\n",
                     "all", speed * 1e3);
             }
             std::printf(
-                "  %-8s info  best runs in ms per MB: read %.2f..%.2f (%.0f%%), floor %.2f..%.2f (%.0f%%)\n",
-                "all", bestRead.min * 1e3, bestRead.max * 1e3, bestRead.Percent(), bestFloor.min * 1e3,
-                bestFloor.max * 1e3, bestFloor.Percent());
+                "  %-8s info  best runs in ms per MB: read %.2f..%.2f (%.0f%%), write %.2f..%.2f (%.0f%%), "
+                "floor %.2f..%.2f (%.0f%%)\n",
+                "all", bestRead.min * 1e3, bestRead.max * 1e3, bestRead.Percent(), bestWrite.min * 1e3,
+                bestWrite.max * 1e3, bestWrite.Percent(), bestFloor.min * 1e3, bestFloor.max * 1e3,
+                bestFloor.Percent());
             allPass = allPass && readFlat && writeFlat;
         }
         std::printf("overall: %s\n", allPass ? "PASS" : "FAIL");
