@@ -768,9 +768,9 @@ int main(int argc, char** argv) {
         // The read is judged by the median of its ratios to the floor timed back to back with it:
         // a read and its floor see the machine alike, while the best read and the best floor may
         // come from different moments of a machine whose speed drifts. The median leaves out
-        // single pauses. A write lasts a sixth of its floor and does not share its moment: its
-        // ratio to the floor is its best run over the best floor of its output. Its flatness
-        // across documents is judged by pairs as the read's is (see below).
+        // single pauses. A write lasts a quarter to a sixth of its floor and does not share its
+        // moment: its ratio to the floor is its best run over the best floor of its output. Its
+        // flatness across documents is judged by pairs as the read's is (see below).
         std::vector<double> readRatios, writeRatios, floorsPerMB;
         Range bestRead, bestWrite, bestFloor;
         for (const Result& r : results) {
@@ -819,13 +819,15 @@ int main(int argc, char** argv) {
             // grows faster than the parse still shows, as a higher ratio for the larger documents.
             const bool paired = readRatios.size() == results.size() && !floorsPerMB.empty();
             const double speed = paired ? Median(floorsPerMB) : 0.0;
-            Range readPerMB, writePerMB;
-            for (const double ratio : readRatios) {
-                readPerMB.Add(ratio * speed);
-            }
-            for (const double ratio : writeRatios) {
-                writePerMB.Add(ratio * speed);
-            }
+            const auto atSpeed = [speed](const std::vector<double>& ratios) {
+                Range perMB;
+                for (const double ratio : ratios) {
+                    perMB.Add(ratio * speed);
+                }
+                return perMB;
+            };
+            const Range readPerMB = atSpeed(readRatios);
+            const Range writePerMB = atSpeed(writeRatios);
             const auto flatness = [](const char* what, const Range& range, const char* how) {
                 const bool flat = range.max <= kFlatnessMax * range.min;
                 std::printf("  %-8s %s  %s time per MB %.2f..%.2f ms, spread %.0f%% (max %.0f%%), %s\n",
