@@ -11,7 +11,7 @@
 #include "model/ZRequest.h"
 #include "model/ZTextTable.h"
 
-#include <ZeKL/Exports.h>
+#include "model/ModelUtils.h"
 
 namespace Korvel {
 
@@ -58,11 +58,11 @@ std::unique_ptr<ITextTable> ZFactoryImpl::CreateTextTable() {
 }
 
 std::string ZFactoryImpl::CreateEmptyKwpDocument(bool withNrcTable) {
-    return GetDataModelUtils().CreateXmlForEmptyEcu(ProtocolKwp, withNrcTable);
+    return ModelUtils().CreateXmlForEmptyEcu(ProtocolKwp, withNrcTable);
 }
 
 std::string ZFactoryImpl::CreateEmptyUdsDocument(bool withNrcTable) {
-    return GetDataModelUtils().CreateXmlForEmptyEcu(ProtocolUds, withNrcTable);
+    return ModelUtils().CreateXmlForEmptyEcu(ProtocolUds, withNrcTable);
 }
 
 }  // namespace Korvel

@@ -1,8 +1,8 @@
 #include "model/ZParam.h"
 
-#include <ZeKL/Exports.h>
 #include <ZeKL/IConstModelItemVisitor.h>
 #include <ZeKL/IEcu.h>
+#include "model/ModelUtils.h"
 
 #include <algorithm>
 #include <cstring>
@@ -30,7 +30,7 @@ ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* val
 ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
                const char* unit, SemanticsFlags semantics, const char* convId)
     : m_bitPos(bitPos), m_bitLen(bitLen) {
-    const IDataModelUtils& utils = GetDataModelUtils();
+    const ZDataModelUtilsImpl& utils = ModelUtils();
     const std::string typeName = utils.DataTypeToName(type);
     const std::string semanticsText = utils.SemanticsToString(semantics);
     m_texts.Assign({convId, semanticsText.c_str(), value, typeName.c_str(), unit, id});
@@ -129,7 +129,7 @@ const char* ZParam::GetDataTypeName() const {
 }
 
 ParamDataType ZParam::GetDataType() const {
-    return GetDataModelUtils().DataTypeFromName(GetDataTypeName());
+    return ModelUtils().DataTypeFromName(GetDataTypeName());
 }
 
 ParamDataType ZParam::GetCodedDataType() const {
@@ -152,7 +152,7 @@ void ZParam::SetDataTypeName(const char* name) {
 }
 
 void ZParam::SetDataType(ParamDataType type) {
-    m_texts.Set(kTypeName, GetDataModelUtils().DataTypeToName(type).c_str());
+    m_texts.Set(kTypeName, ModelUtils().DataTypeToName(type).c_str());
 }
 
 const char* ZParam::GetUnit() const {
@@ -178,7 +178,7 @@ ByteBuffer ZParam::GetValueImage() const {
 
 ByteBuffer ZParam::GetValueBytes() const {
     ByteBuffer bytes;
-    GetDataModelUtils().ValueToBytes(GetValue(), GetDataType(), GetByteLength(), bytes);
+    ModelUtils().ValueToBytes(GetValue(), GetDataType(), GetByteLength(), bytes);
     return bytes;
 }
 
@@ -187,7 +187,7 @@ void ZParam::SetValue(const char* value) {
 }
 
 SemanticsFlags ZParam::GetSemanticsFlags() const {
-    return GetDataModelUtils().SemanticsFromString(GetSemantics());
+    return ModelUtils().SemanticsFromString(GetSemantics());
 }
 
 const char* ZParam::GetSemantics() const {
@@ -195,7 +195,7 @@ const char* ZParam::GetSemantics() const {
 }
 
 void ZParam::SetSemanticsFlags(SemanticsFlags flags) {
-    m_texts.Set(kSemantics, GetDataModelUtils().SemanticsToString(flags).c_str());
+    m_texts.Set(kSemantics, ModelUtils().SemanticsToString(flags).c_str());
 }
 
 void ZParam::SetSemantics(const char* semantics) {
@@ -203,23 +203,23 @@ void ZParam::SetSemantics(const char* semantics) {
 }
 
 bool ZParam::IsMotorola() const {
-    return GetDataModelUtils().HasMotorola(GetSemantics());
+    return ModelUtils().HasMotorola(GetSemantics());
 }
 
 bool ZParam::IsConst() const {
-    return GetDataModelUtils().HasConst(GetSemantics());
+    return ModelUtils().HasConst(GetSemantics());
 }
 
 bool ZParam::IsGap() const {
-    return GetDataModelUtils().HasGap(GetSemantics());
+    return ModelUtils().HasGap(GetSemantics());
 }
 
 bool ZParam::IsSid() const {
-    return GetDataModelUtils().HasSid(GetSemantics());
+    return ModelUtils().HasSid(GetSemantics());
 }
 
 bool ZParam::IsXid() const {
-    return GetDataModelUtils().HasXid(GetSemantics());
+    return ModelUtils().HasXid(GetSemantics());
 }
 
 const char* ZParam::GetConvId() const {

@@ -1,6 +1,6 @@
 #include "reader/handlers/ZKLXEHEcu.h"
 
-#include <ZeKL/Exports.h>
+#include "model/ModelUtils.h"
 
 namespace Korvel {
 
@@ -14,7 +14,7 @@ void ZKLXEHEcu::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
     CountOpen();
     uint32_t protocol = ProtocolUds;
     if (const XMLCh* text = attributes.getValue(u"protocol")) {
-        protocol = GetDataModelUtils().ProtocolFromName(Platform::Utf16ToUtf8(text).c_str());
+        protocol = ModelUtils().ProtocolFromName(Platform::Utf16ToUtf8(text).c_str());
     }
     if (Ecu() == nullptr) {
         AddEmptyElement(tag);
