@@ -11,7 +11,9 @@ namespace Korvel {
 using DebugOutputSink = void (*)(const char* text, void* context);
 
 // Installs the sink (null restores the silent default); returns the previous one. On Windows
-// an installed sink receives the texts in addition to OutputDebugStringA. Not thread-safe.
+// an installed sink receives the texts in addition to OutputDebugStringA. Thread-safe: the
+// sink is called under a lock, so once this returns the previous sink is not running and its
+// context may go; a sink must not install a sink itself.
 ZEKL_API DebugOutputSink SetDebugOutputSink(DebugOutputSink sink, void* context);
 
 }  // namespace Korvel

@@ -1,32 +1,34 @@
 #include "platform/DebugOutput.h"
 
-#include <ZeKL/DebugOutput.h>
+#include <mutex>
 
 #ifdef _WIN32
 #include <windows.h>
 #endif
 
-namespace Korvel {
+namespace Korvel::Platform {
 
 namespace {
 
-// Constant-initialised, so the sink may be installed and used from any static constructor.
+// Constant-initialised (std::mutex has a constexpr constructor), so a sink may be installed
+// and used from any static constructor. The sink is called under the lock: installing a new
+// sink waits for a running call of the old one, so its context can be freed safely after.
 struct InstalledSink {
-    DebugOutputSink sink;
-    void* context;
+    std::mutex lock;
+    DebugSink sink = nullptr;
+    void* context = nullptr;
 };
-InstalledSink g_sink = {nullptr, nullptr};
+InstalledSink g_installed;
 
 }  // namespace
 
-DebugOutputSink SetDebugOutputSink(DebugOutputSink sink, void* context) {
-    const DebugOutputSink previous = g_sink.sink;
-    g_sink.sink = sink;
-    g_sink.context = sink != nullptr ? context : nullptr;
+DebugSink SetDebugSink(DebugSink sink, void* context) {
+    const std::lock_guard<std::mutex> hold(g_installed.lock);
+    const DebugSink previous = g_installed.sink;
+    g_installed.sink = sink;
+    g_installed.context = sink != nullptr ? context : nullptr;
     return previous;
 }
-
-namespace Platform {
 
 void DebugOutput(const char* text) {
     if (text == nullptr) {
@@ -35,11 +37,10 @@ void DebugOutput(const char* text) {
 #ifdef _WIN32
     OutputDebugStringA(text);
 #endif
-    if (g_sink.sink != nullptr) {
-        g_sink.sink(text, g_sink.context);
+    const std::lock_guard<std::mutex> hold(g_installed.lock);
+    if (g_installed.sink != nullptr) {
+        g_installed.sink(text, g_installed.context);
     }
 }
 
-}  // namespace Platform
-
-}  // namespace Korvel
+}  // namespace Korvel::Platform

@@ -3,9 +3,29 @@
 // callers filter and compare on these exact texts, so they are kept byte for byte.
 #pragma once
 
+#include <ZeKL/Types.h>
+
 namespace Korvel::ReaderMessages {
 
 // Reporting sink.
+
+// The name of a report level ("FATAL" ... "DEBUG"); empty for any other number.
+inline const char* LevelName(int32_t level) {
+    switch (level) {
+        case ReportLevelFatal:
+            return "FATAL";
+        case ReportLevelError:
+            return "ERROR";
+        case ReportLevelWarn:
+            return "WARN";
+        case ReportLevelInfo:
+            return "INFO";
+        case ReportLevelDebug:
+            return "DEBUG";
+        default:
+            return "";
+    }
+}
 inline constexpr char kLevelSeparator[] = ": ";
 inline constexpr char kLineEnd[] = "\n";
 

@@ -5,23 +5,6 @@
 
 namespace Korvel {
 
-const char* ReportLevelName(int32_t level) {
-    switch (level) {
-        case ReportLevelFatal:
-            return "FATAL";
-        case ReportLevelError:
-            return "ERROR";
-        case ReportLevelWarn:
-            return "WARN";
-        case ReportLevelInfo:
-            return "INFO";
-        case ReportLevelDebug:
-            return "DEBUG";
-        default:
-            return "";
-    }
-}
-
 ReportCollector::ReportCollector(int32_t reportLevel) : reportLevel_(reportLevel) {}
 
 ReportCollector::~ReportCollector() = default;
@@ -56,7 +39,7 @@ void ReportCollector::Report(int32_t level, const std::string& message) {
         errors_.push_back(message);
     }
     messages_.push_back(ReadMessage{level, message});
-    Output(ReportLevelName(level), message);
+    Output(ReaderMessages::LevelName(level), message);
 }
 
 void ReportCollector::SetReportLevel(int32_t level) {
