@@ -2,10 +2,12 @@
 // index from each item's key to its position. Every add stores a copy (or an item built in
 // place from the same arguments) and makes the container its parent. `Index` is
 // ZOrderedIndex<Key> or ZTextIndex (see there).
+//
+// A container built with an arena keeps its list and index there; the items the caller adds
+// are made on the heap all the same. The model builder adds items made in the arena.
 #pragma once
 
 #include "model/ZModelItem.h"
-#include "model/ZModelMemory.h"
 #include "model/ZOrderedIndex.h"
 
 #include <ZeKL/IContainer.h>
@@ -21,19 +23,23 @@ namespace Korvel {
 
 template <typename Key, typename Item, typename Index = ZOrderedIndex<Key>>
 class ZContainerBase : public ZModelItem, public virtual IContainer {
+    // The reader's one way into the model adds the items it made in the model's arena.
+    friend class ZModelBuilder;
+
 public:
     using KeyArg = std::conditional_t<std::is_arithmetic_v<Key>, Key, const Key&>;
-    using ItemList = ZModelVector<std::unique_ptr<Item>>;
+    using ItemList = ZModelVector<ZItemPtr<Item>>;
 
-    ZContainerBase() = default;
+    explicit ZContainerBase(ZModelArena* arena = nullptr)
+        : m_items(ZModelAllocator<ZItemPtr<Item>>(arena)), m_index(arena) {}
     ZContainerBase(const ZContainerBase&) = delete;
     ZContainerBase& operator=(const ZContainerBase&) = delete;
     ~ZContainerBase() override = default;
 
     // The container is empty at once; the old items go after the index, in index order.
     void Clear() override {
-        ItemList items;
-        Index index;
+        ItemList items(m_items.get_allocator());
+        Index index(ListArena());
         items.swap(m_items);
         index.Swap(m_index);
         index.Clear();
@@ -63,15 +69,18 @@ public:
     // already present (then nothing changes).
     uint32_t AddItem(Key key, const Item& prototype) { return EmplaceItem(key, prototype); }
 
+    // The arena of the list and the index; null when they are on the heap.
+    ZModelArena* ListArena() const { return m_items.get_allocator().Arena(); }
+
 protected:
-    // Checks the key first, then builds the item from the arguments directly in the container.
+    // Checks the key first, then builds the item on the heap from the arguments.
     template <typename K, typename... Args>
     uint32_t EmplaceItem(const K& key, Args&&... args) {
-        return EmplaceMade(key, [&]() { return std::make_unique<Item>(std::forward<Args>(args)...); });
+        return EmplaceMade(key, [&]() { return MakeItem<Item>(nullptr, std::forward<Args>(args)...); });
     }
 
-    // The same with the item built by `make` (returning std::unique_ptr<Item>), called only
-    // when the key is new.
+    // The same with the item built by `make` (returning ZItemPtr<Item>), called only when the
+    // key is new.
     template <typename K, typename Make>
     uint32_t EmplaceMade(const K& key, Make&& make) {
         const auto probe = m_index.Search(key);
@@ -104,14 +113,14 @@ protected:
     }
 
     // Puts a new item at an existing index; the old one is destroyed, the index is not touched.
-    void ReplaceItemAt(uint32_t index, std::unique_ptr<Item> item) {
+    void ReplaceItemAt(uint32_t index, ZItemPtr<Item> item) {
         item->SetParent(this);
         m_items[index].swap(item);
     }
 
     // Replacing an entry at an index drops its key from the index and deliberately leaves the
     // new entry unindexed: callers rely on reaching it by index only until the index is rebuilt.
-    bool ReplaceUnindexed(uint32_t index, std::unique_ptr<Item> item) {
+    bool ReplaceUnindexed(uint32_t index, ZItemPtr<Item> item) {
         if (index >= GetCount()) {
             return false;
         }

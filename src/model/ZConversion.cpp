@@ -12,12 +12,16 @@ ZConversion::ZConversion()
 }
 
 ZConversion::ZConversion(const char* id, uint32_t type, double factor, double offset)
-    : m_id(TextOrEmpty(id)), m_type(type), m_factor(factor), m_offset(offset) {
+    : ZConversion(nullptr, {id}, type, factor, offset, nullptr) {}
+
+ZConversion::ZConversion(char* storage, const TextList& id, uint32_t type, double factor, double offset,
+                         ZModelArena* tableArena)
+    : m_id(id, storage), m_type(type), m_table(tableArena), m_factor(factor), m_offset(offset) {
     m_table.SetParent(this);
 }
 
 ZConversion::ZConversion(const char* id, uint32_t type, const ITextTable& table)
-    : m_id(TextOrEmpty(id)), m_type(type), m_factor(1.0), m_offset(0.0) {
+    : m_id({id}, nullptr), m_type(type), m_factor(1.0), m_offset(0.0) {
     m_table.Assign(table);
     m_table.SetParent(this);
 }
@@ -35,7 +39,10 @@ ZConversion::ZConversion(const ZConversion& other)
 }
 
 ZConversion::ZConversion(const IConversion& other)
-    : m_id(other.GetId()), m_type(other.GetType()), m_factor(other.GetFactor()), m_offset(other.GetOffset()) {
+    : m_id({other.GetId()}, nullptr),
+      m_type(other.GetType()),
+      m_factor(other.GetFactor()),
+      m_offset(other.GetOffset()) {
     if (const ITextTable* table = other.GetTextTable()) {
         m_table.Assign(*table);
     }
@@ -53,11 +60,11 @@ void ZConversion::SetType(uint32_t type) {
 }
 
 const char* ZConversion::GetId() const {
-    return m_id.c_str();
+    return m_id.Get(0);
 }
 
 void ZConversion::SetId(const char* id) {
-    m_id = TextOrEmpty(id);
+    m_id.Set(0, id);
 }
 
 double ZConversion::GetFactor() const {

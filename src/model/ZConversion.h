@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
-#include "model/ZModelMemory.h"
+#include "model/ZTextPack.h"
 #include "model/ZTextTable.h"
 
 #include <ZeKL/IConversion.h>
@@ -13,11 +13,18 @@ namespace Korvel {
 
 class ZConversion : public ZModelItem, public IConversion {
 public:
+    // The texts the item keeps, in their order.
+    using TextList = std::array<const char*, 1>;
+
     // Empty id, kind not set, factor 0.0. The default factor differs on purpose from the
     // table constructor's 1.0: both are relied upon.
     ZConversion();
     // Formula conversion.
     ZConversion(const char* id, uint32_t type, double factor, double offset);
+    // The same as MakeItemWithPack builds it: the id in `storage`, the text table's list and
+    // index in `tableArena` (null: on the heap).
+    ZConversion(char* storage, const TextList& id, uint32_t type, double factor, double offset,
+                ZModelArena* tableArena);
     // Text-table conversion: a sorted copy of the table, factor 1.0, offset 0.0.
     ZConversion(const char* id, uint32_t type, const ITextTable& table);
     // Copies; the text table comes out sorted by value text.
@@ -25,6 +32,12 @@ public:
     explicit ZConversion(const IConversion& other);
     ZConversion& operator=(const ZConversion&) = delete;
     ~ZConversion() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::Conversion; }
+    // The text table with its own type, also while it is empty.
+    ZTextTable& Table() { return m_table; }
+    ZItemKind Kind() const override { return ZItemKind::Conversion; }
+    std::size_t BlockBytes() const override { return sizeof(ZConversion) + m_id.StorageBytes(); }
 
     uint32_t GetType() const override;
     void SetType(uint32_t type) override;
@@ -47,7 +60,7 @@ public:
     void Accept(IConstModelItemVisitor& visitor) override;
 
 private:
-    ZModelString m_id;
+    ZTextPack<1> m_id;
     uint32_t m_type;
     ZTextTable m_table;
     double m_factor;

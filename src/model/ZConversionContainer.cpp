@@ -6,7 +6,7 @@
 
 namespace Korvel {
 
-ZConversionContainer::ZConversionContainer() = default;
+ZConversionContainer::ZConversionContainer(ZModelArena* arena) : ZContainerBase(arena) {}
 
 ZConversionContainer::ZConversionContainer(const ZConversionContainer& other)
     : IModelItem(), IContainer(), ZContainerBase(), IConversionContainer() {

@@ -14,10 +14,14 @@ namespace Korvel {
 class ZConversionContainer : public ZContainerBase<std::string, ZConversion, ZTextIndex>,
                              public IConversionContainer {
 public:
-    ZConversionContainer();
+    // With an arena, the list and index are kept there.
+    explicit ZConversionContainer(ZModelArena* arena = nullptr);
     ZConversionContainer(const ZConversionContainer& other);
     ZConversionContainer& operator=(const ZConversionContainer&) = delete;
     ~ZConversionContainer() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::ConversionContainer; }
+    ZItemKind Kind() const override { return ZItemKind::ConversionContainer; }
 
     // Clears this container and adds copies of the other's conversions by index;
     // self-assignment changes nothing.

@@ -2,22 +2,23 @@
 
 #include <ZeKL/IConstModelItemVisitor.h>
 
+#include <utility>
+
 namespace Korvel {
 
-ZEcu::ZEcu() : m_version("1.0"), m_protocol(ProtocolUds) {
+ZEcu::ZEcu(std::unique_ptr<ZModelArena> arena)
+    : m_arena(std::move(arena)),
+      m_version("1.0"),
+      m_conversions(m_arena.get()),
+      m_instances(m_arena.get()),
+      m_nrcs(m_arena.get()),
+      m_protocol(ProtocolUds) {
     m_conversions.SetParent(this);
     m_instances.SetParent(this);
     m_nrcs.SetParent(this);
 }
 
 ZEcu::~ZEcu() = default;
-
-ZModelMemory& ZEcu::ModelMemory(std::size_t expectedBytes) {
-    if (!m_memory) {
-        m_memory = std::make_unique<ZModelMemory>(expectedBytes);
-    }
-    return *m_memory;
-}
 
 const char* ZEcu::GetFormatVersion() const {
     return m_version.c_str();

@@ -3,8 +3,8 @@
 
 #include "model/ZConversionContainer.h"
 #include "model/ZInstanceContainer.h"
+#include "model/ZModelArena.h"
 #include "model/ZModelItem.h"
-#include "model/ZModelMemory.h"
 #include "model/ZNrcContainer.h"
 
 #include <ZeKL/IEcu.h>
@@ -17,21 +17,24 @@ namespace Korvel {
 
 class ZEcu : public ZModelItem, public IEcu {
 public:
-    // Version "1.0", protocol UDS, three empty containers whose parent is the ECU.
-    ZEcu();
+    // Version "1.0", protocol UDS, three empty containers whose parent is the ECU. With an
+    // arena (the model builder's), the ECU owns it and the containers keep their lists there.
+    explicit ZEcu(std::unique_ptr<ZModelArena> arena = nullptr);
     ZEcu(const ZEcu&) = delete;
     ZEcu& operator=(const ZEcu&) = delete;
     // Destroys the NRC table, the instances, the conversions and the version, in this order,
-    // and then the model memory they were read into.
+    // and then the arena they were built in.
     ~ZEcu() override;
 
-    // The ECU holds the memory of its model, so it never lives in such memory itself.
-    static void* operator new(std::size_t size) { return ::operator new(size); }
-    static void operator delete(void* block) noexcept { ::operator delete(block); }
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::Ecu; }
+    ZItemKind Kind() const override { return ZItemKind::Ecu; }
 
-    // The memory a read builds this model in (see ZModelMemory.h), made on the first call with
-    // room for `expectedBytes`; later calls give the same memory.
-    ZModelMemory& ModelMemory(std::size_t expectedBytes);
+    // The containers with their own types.
+    ZConversionContainer& Conversions() { return m_conversions; }
+    ZNrcContainer& Nrcs() { return m_nrcs; }
+
+    // The arena of the model; null for an ECU built by the caller.
+    ZModelArena* ModelArena() const { return m_arena.get(); }
 
     const char* GetFormatVersion() const override;
     uint32_t GetProtocol() const override;
@@ -51,9 +54,9 @@ public:
     void Accept(IConstModelItemVisitor& visitor) override;
 
 private:
-    // Declaration order is construction order; destruction runs the other way, so the memory
+    // Declaration order is construction order; destruction runs the other way, so the arena
     // goes after every item in it.
-    std::unique_ptr<ZModelMemory> m_memory;
+    std::unique_ptr<ZModelArena> m_arena;
     std::string m_version;
     ZConversionContainer m_conversions;
     ZInstanceContainer m_instances;

@@ -10,21 +10,22 @@ namespace {
 
 // A deep copy of a message, taken before the old one goes, so that the source may be anything.
 template <typename Message, typename Interface>
-std::unique_ptr<Message> CopyMessage(const Interface& source, IModelItem* parent) {
-    std::unique_ptr<Message> copy;
+ZItemPtr<Message> CopyMessage(const Interface& source, IModelItem* parent) {
+    ZItemPtr<Message> copy;
     if (const auto* same = dynamic_cast<const Message*>(&source)) {
-        copy = std::make_unique<Message>(*same);
+        copy = MakeItem<Message>(nullptr, *same);
     } else {
-        copy = std::make_unique<Message>(source);
+        copy = MakeItem<Message>(nullptr, source);
     }
     copy->SetParent(parent);
     return copy;
 }
 
+// The old message goes first, as a new one built from nothing needs nothing of it.
 template <typename Message>
-Message* CreateMessage(std::unique_ptr<Message>& slot, IModelItem* parent) {
+Message* CreateMessageIn(ZItemPtr<Message>& slot, IModelItem* parent, ZModelArena* arena) {
     slot.reset();
-    slot = std::make_unique<Message>();
+    slot = MakeItem<Message>(arena, arena);
     slot->SetParent(parent);
     return slot.get();
 }
@@ -33,11 +34,13 @@ Message* CreateMessage(std::unique_ptr<Message>& slot, IModelItem* parent) {
 
 ZInstance::ZInstance() = default;
 
-ZInstance::ZInstance(const char* id) : m_id(TextOrEmpty(id)) {}
+ZInstance::ZInstance(const char* id) : ZInstance(nullptr, {id}) {}
+
+ZInstance::ZInstance(char* storage, const TextList& id) : m_id(id, storage) {}
 
 ZInstance::ZInstance(const char* id, const IRequest* request, const IPosResponse* posResponse,
                      const INegResponse* negResponse)
-    : m_id(TextOrEmpty(id)) {
+    : ZInstance(id) {
     if (request != nullptr) {
         SetRequest(*request);
     }
@@ -53,7 +56,7 @@ ZInstance::ZInstance(const ZInstance& other) : IModelItem(), ZModelItem(), IInst
     CopyMessagesOf(other);
 }
 
-ZInstance::ZInstance(const IInstance& other) : m_id(other.GetId()) {
+ZInstance::ZInstance(const IInstance& other) : ZInstance(other.GetId()) {
     CopyMessagesOf(other);
 }
 
@@ -78,15 +81,28 @@ void ZInstance::Clear() {
 }
 
 void ZInstance::SetId(const char* id) {
-    m_id = TextOrEmpty(id);
+    m_id.Set(0, id);
 }
 
 const char* ZInstance::GetId() const {
-    return m_id.c_str();
+    return m_id.Get(0);
+}
+
+ZMessage* ZInstance::CreateMessage(uint32_t kind, ZModelArena* arena) {
+    switch (kind) {
+        case MessageKindRequest:
+            return CreateMessageIn(m_request, this, arena);
+        case MessageKindPosResponse:
+            return CreateMessageIn(m_posResponse, this, arena);
+        case MessageKindNegResponse:
+            return CreateMessageIn(m_negResponse, this, arena);
+        default:
+            return nullptr;
+    }
 }
 
 ZRequest* ZInstance::CreateRequest() {
-    return CreateMessage(m_request, this);
+    return CreateMessageIn(m_request, this, nullptr);
 }
 
 bool ZInstance::HasRequest() const {
@@ -109,7 +125,7 @@ void ZInstance::SetRequest(const IRequest& request) {
 }
 
 ZPosResponse* ZInstance::CreatePosResponse() {
-    return CreateMessage(m_posResponse, this);
+    return CreateMessageIn(m_posResponse, this, nullptr);
 }
 
 bool ZInstance::HasPosResponse() const {
@@ -132,7 +148,7 @@ void ZInstance::SetPosResponse(const IPosResponse& response) {
 }
 
 ZNegResponse* ZInstance::CreateNegResponse() {
-    return CreateMessage(m_negResponse, this);
+    return CreateMessageIn(m_negResponse, this, nullptr);
 }
 
 bool ZInstance::HasNegResponse() const {

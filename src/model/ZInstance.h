@@ -2,10 +2,10 @@
 #pragma once
 
 #include "model/ZModelItem.h"
-#include "model/ZModelMemory.h"
 #include "model/ZNegResponse.h"
 #include "model/ZPosResponse.h"
 #include "model/ZRequest.h"
+#include "model/ZTextPack.h"
 
 #include <ZeKL/IInstance.h>
 
@@ -16,8 +16,13 @@ namespace Korvel {
 
 class ZInstance : public ZModelItem, public IInstance {
 public:
+    // The texts the item keeps, in their order.
+    using TextList = std::array<const char*, 1>;
+
     ZInstance();
     explicit ZInstance(const char* id);
+    // The constructor of every instance made with MakeItemWithPack: its id in `storage`.
+    ZInstance(char* storage, const TextList& id);
     // Copies the messages that are not null.
     ZInstance(const char* id, const IRequest* request, const IPosResponse* posResponse,
               const INegResponse* negResponse);
@@ -26,6 +31,14 @@ public:
     explicit ZInstance(const IInstance& other);
     ZInstance& operator=(const ZInstance&) = delete;
     ~ZInstance() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::Instance; }
+    ZItemKind Kind() const override { return ZItemKind::Instance; }
+    std::size_t BlockBytes() const override { return sizeof(ZInstance) + m_id.StorageBytes(); }
+
+    // Makes the message of `kind` (request, positive or negative response) in `arena`, in
+    // place of the one there was; the model builder's way (CreateRequest makes it on the heap).
+    ZMessage* CreateMessage(uint32_t kind, ZModelArena* arena);
 
     void Clear() override;
     void SetId(const char* id) override;
@@ -53,10 +66,10 @@ public:
 private:
     void CopyMessagesOf(const IInstance& other);
 
-    std::unique_ptr<ZRequest> m_request;
-    std::unique_ptr<ZPosResponse> m_posResponse;
-    std::unique_ptr<ZNegResponse> m_negResponse;
-    ZModelString m_id;
+    ZItemPtr<ZRequest> m_request;
+    ZItemPtr<ZPosResponse> m_posResponse;
+    ZItemPtr<ZNegResponse> m_negResponse;
+    ZTextPack<1> m_id;
 };
 
 }  // namespace Korvel

@@ -6,7 +6,7 @@
 
 namespace Korvel {
 
-ZInstanceContainer::ZInstanceContainer() = default;
+ZInstanceContainer::ZInstanceContainer(ZModelArena* arena) : ZContainerBase(arena) {}
 
 ZInstanceContainer::ZInstanceContainer(const ZInstanceContainer& other)
     : IModelItem(), IContainer(), ZContainerBase(), IInstanceContainer() {

@@ -14,10 +14,14 @@ namespace Korvel {
 class ZInstanceContainer : public ZContainerBase<std::string, ZInstance, ZTextIndex>,
                            public IInstanceContainer {
 public:
-    ZInstanceContainer();
+    // With an arena, the list and index are kept there.
+    explicit ZInstanceContainer(ZModelArena* arena = nullptr);
     ZInstanceContainer(const ZInstanceContainer& other);
     ZInstanceContainer& operator=(const ZInstanceContainer&) = delete;
     ~ZInstanceContainer() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::InstanceContainer; }
+    ZItemKind Kind() const override { return ZItemKind::InstanceContainer; }
 
     // Clears this container and adds deep copies of the other's instances by index;
     // self-assignment changes nothing.

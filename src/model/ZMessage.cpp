@@ -1,6 +1,9 @@
 #include "model/ZMessage.h"
 
+#include "model/ModelUtils.h"
 #include "model/TextOrEmpty.h"
+
+#include <string>
 
 namespace Korvel {
 
@@ -10,7 +13,7 @@ constexpr std::size_t kFirstCapacity = 4;
 
 }  // namespace
 
-ZMessage::ZMessage(uint32_t kind) : m_kind(kind) {}
+ZMessage::ZMessage(uint32_t kind, ZModelArena* arena) : ZContainerBase(arena), m_kind(kind) {}
 
 ZMessage::ZMessage(const ZMessage& other)
     : IModelItem(), IContainer(), IMessage(), ZContainerBase(), m_kind(other.m_kind) {
@@ -62,36 +65,34 @@ uint32_t ZMessage::GetMessageKind() const {
 }
 
 uint32_t ZMessage::AddParam(const IParam& param) {
-    return EmplaceItem(KeyText(param.GetId()), param);
+    return EmplaceMade(KeyText(param.GetId()), [&]() { return ZParam::Make(nullptr, param); });
 }
 
 uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                             ParamDataType type, const char* unit, SemanticsFlags semantics,
                             const char* convId) {
-    id = TextOrEmpty(id);
-    return EmplaceItem(KeyText(id), id, bitPos, bitLen, value, type, unit, semantics, convId);
+    const ZDataModelUtilsImpl& utils = ModelUtils();
+    return AddParam(id, bitPos, bitLen, value, utils.DataTypeToName(type).c_str(), unit,
+                    utils.SemanticsToString(semantics).c_str(), convId);
 }
 
 uint32_t ZMessage::AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                             const char* typeName, const char* unit, const char* semantics,
                             const char* convId) {
-    id = TextOrEmpty(id);
+    std::string bytes;
+    return AddParam(nullptr, ZParam::LayOut({convId, semantics, value, typeName, unit, id}, bytes), bitPos,
+                    bitLen);
+}
+
+uint32_t ZMessage::AddParam(ZModelArena* arena, const ZParam::PackedTexts& texts, uint32_t bitPos,
+                            uint32_t bitLen) {
     // Messages hold a few parameters each: room for four at the first spares the first
     // reallocations.
     if (m_items.capacity() == 0) {
         m_items.reserve(kFirstCapacity);
     }
-    return EmplaceMade(KeyText(id), [&]() {
-        return ZParam::MakeCompact(id, bitPos, bitLen, value, typeName, unit, semantics, convId);
-    });
-}
-
-uint32_t ZMessage::AddPackedParam(const ZParam::PackedTexts& texts, uint32_t bitPos, uint32_t bitLen) {
-    if (m_items.capacity() == 0) {
-        m_items.reserve(kFirstCapacity);
-    }
     const std::string_view id(texts.bytes + texts.starts[ZParam::kId], texts.Length(ZParam::kId));
-    return EmplaceMade(id, [&]() { return ZParam::MakePacked(texts, bitPos, bitLen); });
+    return EmplaceMade(id, [&]() { return ZParam::Make(arena, texts, bitPos, bitLen); });
 }
 
 // The new parameter's id is deliberately not mapped here: callers replace several parameters
@@ -100,7 +101,7 @@ bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {
     if (index >= GetCount()) {
         return false;
     }
-    auto replacement = std::make_unique<ZParam>(param);
+    auto replacement = ZParam::Make(nullptr, param);
     if (const ZParam* old = m_items[index].get()) {
         m_index.Erase(KeyText(old->GetId()));
     }

@@ -31,8 +31,9 @@ public:
     uint32_t AddParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value,
                       const char* typeName, const char* unit, const char* semantics,
                       const char* convId) override;
-    // AddParam for texts already laid out as a parameter keeps them (the reader's path).
-    uint32_t AddPackedParam(const ZParam::PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
+    // Every add ends here: a parameter made in `arena` (null: on the heap) from texts laid out
+    // as it keeps them, unless its id is taken.
+    uint32_t AddParam(ZModelArena* arena, const ZParam::PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
     bool ReplaceParam(uint32_t index, const IParam& param) override;
     bool ForParam(uint32_t index, IParamCallback& callback) override;
     const IParam* GetParam(const char* id) const override;
@@ -41,8 +42,13 @@ public:
     IParam* GetParam(int index) override;
     void ReindexParams() override;
 
+    static constexpr bool IsKind(ZItemKind kind) {
+        return kind == ZItemKind::Request || kind == ZItemKind::PosResponse || kind == ZItemKind::NegResponse;
+    }
+
 protected:
-    explicit ZMessage(uint32_t kind);
+    // A message whose list and index are kept in `arena` (null: on the heap).
+    ZMessage(uint32_t kind, ZModelArena* arena);
     // Deep copies: the kind and every parameter, in order.
     ZMessage(const ZMessage& other);
     explicit ZMessage(const IMessage& other);

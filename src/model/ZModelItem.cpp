@@ -2,6 +2,22 @@
 
 namespace Korvel {
 
+// The block of an item is where its most derived object starts.
+void ZItemDeleter::operator()(ZModelItem* item) const noexcept {
+    if (item == nullptr) {
+        return;
+    }
+    ZModelArena* arena = item->Arena();
+    const std::size_t size = item->BlockBytes();
+    void* block = dynamic_cast<void*>(item);
+    item->~ZModelItem();
+    if (arena == nullptr) {
+        ::operator delete(block);
+    } else if (size != 0) {
+        arena->ReleaseItem(block, size);
+    }
+}
+
 ZModelItem::~ZModelItem() {
     m_parent = nullptr;
 }

@@ -6,7 +6,7 @@
 
 namespace Korvel {
 
-ZNegResponse::ZNegResponse() : ZMessage(MessageKindNegResponse) {}
+ZNegResponse::ZNegResponse(ZModelArena* arena) : ZMessage(MessageKindNegResponse, arena) {}
 
 ZNegResponse::ZNegResponse(const ZNegResponse& other)
     : IModelItem(), IContainer(), IMessage(), ZMessage(other), INegResponse() {}

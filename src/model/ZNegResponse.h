@@ -7,11 +7,15 @@ namespace Korvel {
 
 class ZNegResponse : public ZMessage, public INegResponse {
 public:
-    ZNegResponse();
+    // With an arena, the parameter list and index are kept there.
+    explicit ZNegResponse(ZModelArena* arena = nullptr);
     ZNegResponse(const ZNegResponse& other);
     explicit ZNegResponse(const INegResponse& other);
     ZNegResponse& operator=(const ZNegResponse&) = delete;
     ~ZNegResponse() override;
+
+    ZItemKind Kind() const override { return ZItemKind::NegResponse; }
+    std::size_t BlockBytes() const override { return sizeof(ZNegResponse); }
 
     // The one process-wide SID_NR parameter; it is not one of the message's own parameters.
     const IParam* GetSidNrParam() override;

@@ -14,25 +14,8 @@ ZNotSupportedItem* ZNotSupportedItem::GetInstance() {
     return instance;
 }
 
-bool ZNotSupportedItem::HasParent() const {
-    return false;
-}
-
-const IModelItem* ZNotSupportedItem::GetParent() const {
-    return nullptr;
-}
-
-IModelItem* ZNotSupportedItem::GetParent() {
-    return nullptr;
-}
-
-const IModelItem* ZNotSupportedItem::GetRoot() const {
-    return this;
-}
-
-IModelItem* ZNotSupportedItem::GetRoot() {
-    return this;
-}
+// The shared item is detached for good: no element record can make it part of a model.
+void ZNotSupportedItem::SetParent(IModelItem* /*parent*/) {}
 
 bool ZNotSupportedItem::IsSupported() const {
     return false;

@@ -1,11 +1,11 @@
 // The null object that stands where a document element has no model item.
 #pragma once
 
-#include <ZeKL/IModelItem.h>
+#include "model/ZModelItem.h"
 
 namespace Korvel {
 
-class ZNotSupportedItem : public virtual IModelItem {
+class ZNotSupportedItem : public ZModelItem {
 public:
     // The one shared item of the process; it is never deleted.
     static ZNotSupportedItem* GetInstance();
@@ -13,11 +13,11 @@ public:
     ZNotSupportedItem(const ZNotSupportedItem&) = delete;
     ZNotSupportedItem& operator=(const ZNotSupportedItem&) = delete;
 
-    bool HasParent() const override;
-    const IModelItem* GetParent() const override;
-    IModelItem* GetParent() override;
-    const IModelItem* GetRoot() const override;
-    IModelItem* GetRoot() override;
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::NotSupported; }
+    ZItemKind Kind() const override { return ZItemKind::NotSupported; }
+
+    // It never has a parent: SetParent changes nothing.
+    void SetParent(IModelItem* parent) override;
     bool IsSupported() const override;
     void Accept(IConstModelItemVisitor& visitor) const override;
     void Accept(IConstModelItemVisitor& visitor) override;

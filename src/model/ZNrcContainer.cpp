@@ -4,7 +4,7 @@
 
 namespace Korvel {
 
-ZNrcContainer::ZNrcContainer() = default;
+ZNrcContainer::ZNrcContainer(ZModelArena* arena) : ZContainerBase(arena) {}
 
 ZNrcContainer::ZNrcContainer(const ZNrcContainer& other)
     : IModelItem(), IContainer(), ZContainerBase(), INrcContainer() {
@@ -41,14 +41,14 @@ bool ZNrcContainer::SetNrc(uint32_t index, const INrcItem& item) {
     if (index >= GetCount()) {
         return false;
     }
-    return ReplaceUnindexed(index, std::make_unique<ZNrcItem>(item));
+    return ReplaceUnindexed(index, MakeItem<ZNrcItem>(nullptr, item));
 }
 
 bool ZNrcContainer::SetNrc(uint32_t index, uint8_t code, const char* text) {
     if (index >= GetCount()) {
         return false;
     }
-    return ReplaceUnindexed(index, std::make_unique<ZNrcItem>(code, text));
+    return ReplaceUnindexed(index, MakeItem<ZNrcItem>(nullptr, code, text));
 }
 
 const INrcItem* ZNrcContainer::GetNrc(uint32_t index) const {

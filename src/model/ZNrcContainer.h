@@ -10,10 +10,14 @@ namespace Korvel {
 
 class ZNrcContainer : public ZContainerBase<uint8_t, ZNrcItem>, public INrcContainer {
 public:
-    ZNrcContainer();
+    // With an arena, the list and index are kept there.
+    explicit ZNrcContainer(ZModelArena* arena = nullptr);
     ZNrcContainer(const ZNrcContainer& other);
     ZNrcContainer& operator=(const ZNrcContainer&) = delete;
     ~ZNrcContainer() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::NrcContainer; }
+    ZItemKind Kind() const override { return ZItemKind::NrcContainer; }
 
     // Clears this table, then adds copies of the other's entries by index. There is
     // deliberately no check for self-assignment: given itself, the table ends up empty, and

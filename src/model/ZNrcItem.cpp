@@ -6,12 +6,14 @@
 
 namespace Korvel {
 
-ZNrcItem::ZNrcItem(uint8_t code, const char* text) : m_text(TextOrEmpty(text)), m_code(code) {}
+ZNrcItem::ZNrcItem(uint8_t code, const char* text) : ZNrcItem(nullptr, {text}, code) {}
+
+ZNrcItem::ZNrcItem(char* storage, const TextList& text, uint8_t code) : m_text(text, storage), m_code(code) {}
 
 ZNrcItem::ZNrcItem(const ZNrcItem& other)
     : IModelItem(), ZModelItem(), INrcItem(), m_text(other.m_text), m_code(other.m_code) {}
 
-ZNrcItem::ZNrcItem(const INrcItem& other) : m_text(other.GetText()), m_code(other.GetCode()) {}
+ZNrcItem::ZNrcItem(const INrcItem& other) : ZNrcItem(other.GetCode(), other.GetText()) {}
 
 ZNrcItem::~ZNrcItem() = default;
 
@@ -20,7 +22,7 @@ void ZNrcItem::Assign(const INrcItem& other) {
         return;
     }
     m_code = other.GetCode();
-    m_text = other.GetText();
+    m_text.Set(0, other.GetText());
 }
 
 uint8_t ZNrcItem::GetCode() const {
@@ -32,11 +34,11 @@ void ZNrcItem::SetCode(uint8_t code) {
 }
 
 const char* ZNrcItem::GetText() const {
-    return m_text.c_str();
+    return m_text.Get(0);
 }
 
 void ZNrcItem::SetText(const char* text) {
-    m_text = TextOrEmpty(text);
+    m_text.Set(0, text);
 }
 
 void ZNrcItem::Accept(IConstModelItemVisitor& visitor) const {

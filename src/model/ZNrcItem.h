@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/ZModelItem.h"
-#include "model/ZModelMemory.h"
+#include "model/ZTextPack.h"
 
 #include <ZeKL/INrcItem.h>
 
@@ -12,11 +12,20 @@ namespace Korvel {
 
 class ZNrcItem : public ZModelItem, public INrcItem {
 public:
+    // The texts the item keeps, in their order.
+    using TextList = std::array<const char*, 1>;
+
     ZNrcItem(uint8_t code, const char* text);
+    // The same as MakeItemWithPack builds it: the text in `storage`.
+    ZNrcItem(char* storage, const TextList& text, uint8_t code);
     ZNrcItem(const ZNrcItem& other);
     explicit ZNrcItem(const INrcItem& other);
     ZNrcItem& operator=(const ZNrcItem&) = delete;
     ~ZNrcItem() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::NrcItem; }
+    ZItemKind Kind() const override { return ZItemKind::NrcItem; }
+    std::size_t BlockBytes() const override { return sizeof(ZNrcItem) + m_text.StorageBytes(); }
 
     void Assign(const INrcItem& other) override;
     uint8_t GetCode() const override;
@@ -28,7 +37,7 @@ public:
     void Accept(IConstModelItemVisitor& visitor) override;
 
 private:
-    ZModelString m_text;
+    ZTextPack<1> m_text;
     uint8_t m_code;
 };
 

@@ -2,7 +2,7 @@
 // table is copied in value order, and NRC codes are few. Same operations as ZTextIndex.
 #pragma once
 
-#include "model/ZModelMemory.h"
+#include "model/ZModelArena.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +16,9 @@ class ZOrderedIndex {
 public:
     // Transparent comparison: text keys are looked up without building a string object.
     using Map = std::map<Key, uint32_t, std::less<>, ZModelAllocator<std::pair<const Key, uint32_t>>>;
+
+    explicit ZOrderedIndex(ZModelArena* arena = nullptr)
+        : m_map(std::less<>(), typename Map::allocator_type(arena)) {}
 
     // Where a key is, or where it would go; valid until the index next changes.
     struct Probe {

@@ -3,6 +3,7 @@
 #include <ZeKL/IConstModelItemVisitor.h>
 #include <ZeKL/IEcu.h>
 #include "model/ModelUtils.h"
+#include "model/TextOrEmpty.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,6 +11,56 @@
 #include <string>
 
 namespace Korvel {
+
+namespace {
+
+// The texts of another parameter in slot order.
+std::array<const char*, ZParam::kSlotCount> TextsOf(const IParam& param) {
+    return {param.GetConvId(),       param.GetSemantics(), param.GetValue(),
+            param.GetDataTypeName(), param.GetUnit(),      param.GetId()};
+}
+
+}  // namespace
+
+ZParam::PackedTexts ZParam::LayOut(const std::array<const char*, kSlotCount>& texts, std::string& bytes) {
+    PackedTexts packed{nullptr, 0, {}};
+    bytes.clear();
+    for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
+        packed.starts[slot] = static_cast<uint32_t>(bytes.size());
+        bytes.append(TextOrEmpty(texts[slot])).push_back('\0');
+        if (bytes.size() > UINT32_MAX) {
+            throw std::length_error("texts of one item exceed 4 GiB");
+        }
+    }
+    packed.bytes = bytes.data();
+    packed.size = bytes.size();
+    return packed;
+}
+
+ZItemPtr<ZParam> ZParam::Make(ZModelArena* arena, const PackedTexts& texts, uint32_t bitPos,
+                              uint32_t bitLen) {
+    if (texts.size > UINT32_MAX) {
+        throw std::length_error("texts of one item exceed 4 GiB");
+    }
+    return MakeItemWithTexts<ZParam>(arena, texts.size, texts, bitPos, bitLen);
+}
+
+ZItemPtr<ZParam> ZParam::Make(ZModelArena* arena, const IParam& other) {
+    std::string bytes;
+    return Make(arena, LayOut(TextsOf(other), bytes), other.GetBitPos(), other.GetBitLength());
+}
+
+ZParam::ZParam(char* storage, const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen)
+    : m_texts(texts.bytes, texts.size, texts.starts, storage), m_bitPos(bitPos), m_bitLen(bitLen) {}
+
+ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, const char* typeName,
+               const char* unit, const char* semantics, const char* convId)
+    : m_texts({convId, semantics, value, typeName, unit, id}, nullptr), m_bitPos(bitPos), m_bitLen(bitLen) {}
+
+ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
+               const char* unit, SemanticsFlags semantics, const char* convId)
+    : ZParam(id, bitPos, bitLen, value, ModelUtils().DataTypeToName(type).c_str(), unit,
+             ModelUtils().SemanticsToString(semantics).c_str(), convId) {}
 
 ZParam::ZParam(const ZParam& other)
     : IModelItem(),
@@ -19,60 +70,8 @@ ZParam::ZParam(const ZParam& other)
       m_bitPos(other.m_bitPos),
       m_bitLen(other.m_bitLen) {}
 
-ZParam::ZParam(const IParam& other) : m_bitPos(0), m_bitLen(0) {
-    Assign(other);
-}
-
-ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, const char* typeName,
-               const char* unit, const char* semantics, const char* convId)
-    : m_texts({convId, semantics, value, typeName, unit, id}), m_bitPos(bitPos), m_bitLen(bitLen) {}
-
-ZParam::ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
-               const char* unit, SemanticsFlags semantics, const char* convId)
-    : m_bitPos(bitPos), m_bitLen(bitLen) {
-    const ZDataModelUtilsImpl& utils = ModelUtils();
-    const std::string typeName = utils.DataTypeToName(type);
-    const std::string semanticsText = utils.SemanticsToString(semantics);
-    m_texts.Assign({convId, semanticsText.c_str(), value, typeName.c_str(), unit, id});
-}
-
-ZParam::ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* storage, uint32_t bitPos,
-               uint32_t bitLen)
-    : m_texts(texts, layout, storage), m_bitPos(bitPos), m_bitLen(bitLen) {}
-
-ZParam::ZParam(const char* storage, const std::array<uint32_t, kSlotCount>& starts, uint32_t bitPos,
-               uint32_t bitLen)
-    : m_texts(storage, starts), m_bitPos(bitPos), m_bitLen(bitLen) {}
-
-std::unique_ptr<ZParam> ZParam::MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
-                                            const char* value, const char* typeName, const char* unit,
-                                            const char* semantics, const char* convId) {
-    const Pack::Texts texts{convId, semantics, value, typeName, unit, id};
-    const Pack::Layout layout = Pack::Measure(texts);
-    void* block = ModelAllocate(sizeof(ZParam) + layout.size);
-    char* storage = static_cast<char*>(block) + sizeof(ZParam);
-    try {
-        return std::unique_ptr<ZParam>(::new (block) ZParam(texts, layout, storage, bitPos, bitLen));
-    } catch (...) {
-        ModelFree(block);
-        throw;
-    }
-}
-
-std::unique_ptr<ZParam> ZParam::MakePacked(const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen) {
-    if (texts.size > UINT32_MAX) {
-        throw std::length_error("texts of one item exceed 4 GiB");
-    }
-    void* block = ModelAllocate(sizeof(ZParam) + texts.size);
-    char* storage = static_cast<char*>(block) + sizeof(ZParam);
-    std::memcpy(storage, texts.bytes, texts.size);
-    try {
-        return std::unique_ptr<ZParam>(::new (block) ZParam(storage, texts.starts, bitPos, bitLen));
-    } catch (...) {
-        ModelFree(block);
-        throw;
-    }
-}
+ZParam::ZParam(const IParam& other)
+    : m_texts(TextsOf(other), nullptr), m_bitPos(other.GetBitPos()), m_bitLen(other.GetBitLength()) {}
 
 ZParam::~ZParam() = default;
 
@@ -82,8 +81,7 @@ void ZParam::Assign(const IParam& other) {
     }
     m_bitLen = other.GetBitLength();
     m_bitPos = other.GetBitPos();
-    m_texts.Assign({other.GetConvId(), other.GetSemantics(), other.GetValue(), other.GetDataTypeName(),
-                    other.GetUnit(), other.GetId()});
+    m_texts.Assign(TextsOf(other));
 }
 
 const char* ZParam::GetId() const {

@@ -10,7 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
-#include <new>
+#include <string>
 
 namespace Korvel {
 
@@ -32,25 +32,34 @@ public:
         }
     };
 
-    ZParam(const ZParam& other);
-    // Same as Assign.
-    explicit ZParam(const IParam& other);
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::Param; }
+
+    // Every parameter of a message is made here: in `arena` (null: on the heap), its texts in
+    // the same block. The reader's texts come laid out already; other texts are laid out first.
+    static ZItemPtr<ZParam> Make(ZModelArena* arena, const PackedTexts& texts, uint32_t bitPos,
+                                 uint32_t bitLen);
+    static ZItemPtr<ZParam> Make(ZModelArena* arena, const IParam& other);
+
+    // The constructor of every parameter: keeps the texts in `storage` (texts.size bytes) or,
+    // with null storage, in a heap block of its own.
+    ZParam(char* storage, const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
+    // The same parameter from separate texts (a heap block holds them).
     ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, const char* typeName,
            const char* unit, const char* semantics, const char* convId);
     // The type and the flags are stored as their texts.
     ZParam(const char* id, uint32_t bitPos, uint32_t bitLen, const char* value, ParamDataType type,
            const char* unit, SemanticsFlags semantics, const char* convId);
+    ZParam(const ZParam& other);
+    // Same as Assign.
+    explicit ZParam(const IParam& other);
     ZParam& operator=(const ZParam&) = delete;
     ~ZParam() override;
 
-    // The same parameter as the text constructor builds, with its texts in the parameter's own
-    // block of model memory: one allocation instead of two, and the texts beside the parameter.
-    static std::unique_ptr<ZParam> MakeCompact(const char* id, uint32_t bitPos, uint32_t bitLen,
-                                               const char* value, const char* typeName, const char* unit,
-                                               const char* semantics, const char* convId);
-    // The same from texts already laid out as the parameter keeps them: one copy of the whole
-    // block, no text measured again. The reader narrows attribute values straight into this form.
-    static std::unique_ptr<ZParam> MakePacked(const PackedTexts& texts, uint32_t bitPos, uint32_t bitLen);
+    ZItemKind Kind() const override { return ZItemKind::Param; }
+    std::size_t BlockBytes() const override { return sizeof(ZParam) + m_texts.StorageBytes(); }
+
+    // Texts laid out as a parameter keeps them, in `bytes` (which must outlive the result).
+    static PackedTexts LayOut(const std::array<const char*, kSlotCount>& texts, std::string& bytes);
 
     void Assign(const IParam& other) override;
     const char* GetId() const override;
@@ -93,13 +102,6 @@ public:
 private:
     // One block holds the six texts; getters point into it until the next change.
     using Pack = ZTextPack<kSlotCount>;
-
-    // Keeps the texts in `storage` (layout.size bytes behind the object, see MakeCompact).
-    ZParam(const Pack::Texts& texts, const Pack::Layout& layout, char* storage, uint32_t bitPos,
-           uint32_t bitLen);
-    // Keeps texts already written to `storage` behind the object (see MakePacked).
-    ZParam(const char* storage, const std::array<uint32_t, kSlotCount>& starts, uint32_t bitPos,
-           uint32_t bitLen);
 
     Pack m_texts;
     uint32_t m_bitPos;

@@ -4,7 +4,7 @@
 
 namespace Korvel {
 
-ZPosResponse::ZPosResponse() : ZMessage(MessageKindPosResponse) {}
+ZPosResponse::ZPosResponse(ZModelArena* arena) : ZMessage(MessageKindPosResponse, arena) {}
 
 ZPosResponse::ZPosResponse(const ZPosResponse& other)
     : IModelItem(), IContainer(), IMessage(), ZMessage(other), IPosResponse() {}

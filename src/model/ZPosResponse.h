@@ -7,11 +7,15 @@ namespace Korvel {
 
 class ZPosResponse : public ZMessage, public IPosResponse {
 public:
-    ZPosResponse();
+    // With an arena, the parameter list and index are kept there.
+    explicit ZPosResponse(ZModelArena* arena = nullptr);
     ZPosResponse(const ZPosResponse& other);
     explicit ZPosResponse(const IPosResponse& other);
     ZPosResponse& operator=(const ZPosResponse&) = delete;
     ~ZPosResponse() override;
+
+    ZItemKind Kind() const override { return ZItemKind::PosResponse; }
+    std::size_t BlockBytes() const override { return sizeof(ZPosResponse); }
 
     // The first parameter whose semantics contain "SID", or null.
     IParam* GetSidParam() override;

@@ -4,7 +4,7 @@
 
 namespace Korvel {
 
-ZRequest::ZRequest() : ZMessage(MessageKindRequest) {}
+ZRequest::ZRequest(ZModelArena* arena) : ZMessage(MessageKindRequest, arena) {}
 
 ZRequest::ZRequest(const ZRequest& other)
     : IModelItem(), IContainer(), IMessage(), ZMessage(other), IRequest() {}

@@ -7,11 +7,15 @@ namespace Korvel {
 
 class ZRequest : public ZMessage, public IRequest {
 public:
-    ZRequest();
+    // With an arena, the parameter list and index are kept there.
+    explicit ZRequest(ZModelArena* arena = nullptr);
     ZRequest(const ZRequest& other);
     explicit ZRequest(const IRequest& other);
     ZRequest& operator=(const ZRequest&) = delete;
     ~ZRequest() override;
+
+    ZItemKind Kind() const override { return ZItemKind::Request; }
+    std::size_t BlockBytes() const override { return sizeof(ZRequest); }
 
     // The first parameter whose semantics contain "SID", or null.
     IParam* GetSidParam() override;

@@ -214,7 +214,7 @@ bool ZTextIndex::Erase(std::string_view key) {
 }
 
 void ZTextIndex::Clear() {
-    ZTextIndex empty;
+    ZTextIndex empty(Arena());
     Swap(empty);
 }
 
@@ -266,7 +266,7 @@ void ZTextIndex::Rebuild(std::size_t capacity) {
             keyBytes += slot.keyLength;
         }
     }
-    ZTextIndex built;
+    ZTextIndex built(Arena());
     built.m_hashed = true;
     built.m_slots.assign(capacity, Slot{kEmpty, 0, 0, 0});
     built.m_keys.reserve(keyBytes * 2);
@@ -288,7 +288,7 @@ void ZTextIndex::Rebuild(std::size_t capacity) {
 }
 
 void ZTextIndex::CompactList() {
-    ZModelString keys;
+    ZModelString keys(m_keys.get_allocator());
     keys.reserve(m_keys.size() - m_deadKeyBytes);
     for (Slot& slot : m_slots) {
         const auto at = static_cast<uint32_t>(keys.size());

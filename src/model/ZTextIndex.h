@@ -8,7 +8,7 @@
 // insertion into a walk over the whole table.
 #pragma once
 
-#include "model/ZModelMemory.h"
+#include "model/ZModelArena.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +27,9 @@ public:
         bool found;
     };
 
-    ZTextIndex() = default;
+    // With an arena, the slots and key bytes are kept there.
+    explicit ZTextIndex(ZModelArena* arena = nullptr)
+        : m_slots(ZModelAllocator<Slot>(arena)), m_keys(ZModelAllocator<char>(arena)) {}
     ZTextIndex(const ZTextIndex&) = delete;
     ZTextIndex& operator=(const ZTextIndex&) = delete;
     ~ZTextIndex() = default;
@@ -55,6 +57,8 @@ public:
     // Bytes held for keys, erased keys' bytes included until they are dropped.
     std::size_t KeyBytes() const { return m_keys.size(); }
     bool IsHashed() const { return m_hashed; }
+    // The arena of the slots and key bytes; null when they are on the heap.
+    ZModelArena* Arena() const { return m_slots.get_allocator().Arena(); }
 
     // The hash of a text (exposed for tests).
     static uint32_t Hash(std::string_view key);

@@ -1,17 +1,21 @@
-// A fixed number of zero-terminated texts kept back to back in one heap block. Items of large
+// A fixed number of zero-terminated texts kept back to back in one block. Items of large
 // documents hold many short texts; one block per item instead of one string object per text
 // keeps a loaded model within a small multiple of the document's size.
+//
+// The block is the owner's storage (the bytes behind an item that MakeItemWithTexts made, in
+// whatever memory the item lives in) or, once a text changes, a heap block of the pack's own.
 #pragma once
 
 #include "model/TextOrEmpty.h"
-#include "model/ZModelMemory.h"
+#include "model/ZModelItem.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <new>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 namespace Korvel {
@@ -21,8 +25,6 @@ class ZTextPack {
 public:
     using Texts = std::array<const char*, N>;
 
-    ZTextPack() = default;
-    explicit ZTextPack(const Texts& texts) { Assign(texts); }
     // The lengths of the texts and the bytes they take in one block (0 when all are empty:
     // then no block is needed).
     struct Layout {
@@ -30,21 +32,36 @@ public:
         std::size_t size = 0;
     };
 
-    // Keeps the texts in `storage`, which the owner provides with layout.size bytes (the layout
-    // of these texts) and keeps alive as long as this pack. A later change moves them to a
-    // block of their own.
-    ZTextPack(const Texts& texts, const Layout& layout, char* storage) { Fill(texts, layout, storage); }
-    // Keeps texts that the owner has already written back to back into its storage, each
-    // followed by a zero, text `i` beginning at `starts[i]`. The owner keeps that storage alive
-    // as long as this pack.
-    ZTextPack(const char* storage, const std::array<uint32_t, N>& starts)
-        : m_data(storage), m_start(starts) {}
+    ZTextPack() = default;
+    // Keeps the texts in `storage`, which the owner provides with Measure(texts).size bytes and
+    // keeps alive as long as this pack; with null storage the pack takes a heap block.
+    ZTextPack(const Texts& texts, char* storage) {
+        const Layout layout = Measure(texts);
+        if (layout.size != 0) {
+            m_owned = storage == nullptr;
+            Fill(texts, layout, storage != nullptr ? storage : NewBlock(layout.size));
+        }
+    }
+    // The same for texts already laid out back to back, each followed by a zero, text `i`
+    // beginning at `starts[i]`, `size` bytes in all (the reader narrows attribute values into
+    // this form); they are copied with one call.
+    ZTextPack(const char* bytes, std::size_t size, const std::array<uint32_t, N>& starts, char* storage)
+        : m_start(starts) {
+        if (size != 0) {
+            char* block = storage != nullptr ? storage : NewBlock(size);
+            m_owned = storage == nullptr;
+            std::memcpy(block, bytes, size);
+            m_data = block;
+        }
+    }
+    // A copy always has a block of its own.
     ZTextPack(const ZTextPack& other) : m_start(other.m_start) {
         if (other.m_data != nullptr) {
             const std::size_t size = other.ByteSize();
-            m_owned.reset(NewBlock(size));
-            std::memcpy(m_owned.get(), other.m_data, size);
-            m_data = m_owned.get();
+            char* block = NewBlock(size);
+            std::memcpy(block, other.m_data, size);
+            m_data = block;
+            m_owned = true;
         }
     }
     ZTextPack& operator=(const ZTextPack& other) {
@@ -54,26 +71,9 @@ public:
         }
         return *this;
     }
-    // Texts in storage of the owner are copied: that storage stays with the owner.
-    ZTextPack(ZTextPack&& other) : m_start(other.m_start) {
-        if (other.m_owned) {
-            m_owned.swap(other.m_owned);
-            m_data = m_owned.get();
-        } else if (other.m_data != nullptr) {
-            ZTextPack copy(other);
-            Swap(copy);
-        }
-        other.m_data = nullptr;
-        other.m_start.fill(0);
-    }
-    ZTextPack& operator=(ZTextPack&& other) {
-        if (this != &other) {
-            ZTextPack moved(std::move(other));
-            Swap(moved);
-        }
-        return *this;
-    }
-    ~ZTextPack() = default;
+    ZTextPack(ZTextPack&&) = delete;
+    ZTextPack& operator=(ZTextPack&&) = delete;
+    ~ZTextPack() { Release(); }
 
     // Pointer into the block, valid until the next change.
     const char* Get(std::size_t slot) const { return m_data != nullptr ? m_data + m_start[slot] : ""; }
@@ -91,15 +91,11 @@ public:
     // Null texts are stored as empty texts. All empty texts need no block at all.
     void Assign(const Texts& texts) {
         const Layout layout = Measure(texts);
-        if (layout.size == 0) {
-            m_owned.reset();
-            m_data = nullptr;
-            m_start.fill(0);
-            return;
-        }
         ZTextPack built;
-        built.m_owned.reset(NewBlock(layout.size));
-        built.Fill(texts, layout, built.m_owned.get());
+        if (layout.size != 0) {
+            built.Fill(texts, layout, NewBlock(layout.size));
+            built.m_owned = true;
+        }
         Swap(built);
     }
 
@@ -119,15 +115,30 @@ public:
         return layout;
     }
 
-private:
-    static char* NewBlock(std::size_t size) { return static_cast<char*>(ModelAllocate(size)); }
+    // Bytes of the owner's storage that the texts still take (0 once they moved to a block of
+    // the pack's own, or without texts).
+    std::size_t StorageBytes() const { return m_owned ? 0 : ByteSize(); }
 
-    std::size_t ByteSize() const { return m_start[N - 1] + std::strlen(Get(N - 1)) + 1; }
+    // Bytes of the block in use (0 without one).
+    std::size_t ByteSize() const {
+        return m_data != nullptr ? m_start[N - 1] + std::strlen(Get(N - 1)) + 1 : 0;
+    }
+
+private:
+    static char* NewBlock(std::size_t size) { return static_cast<char*>(::operator new(size)); }
+
+    void Release() noexcept {
+        if (m_owned) {
+            ::operator delete(const_cast<char*>(m_data));
+        }
+        m_data = nullptr;
+        m_owned = false;
+    }
 
     void Swap(ZTextPack& other) noexcept {
-        m_owned.swap(other.m_owned);
         std::swap(m_data, other.m_data);
         std::swap(m_start, other.m_start);
+        std::swap(m_owned, other.m_owned);
     }
 
     // Writes the texts back to back into `storage` (layout.size bytes; none when all are empty).
@@ -148,9 +159,19 @@ private:
         m_data = storage;
     }
 
-    std::unique_ptr<char, ZModelDeleter> m_owned;  // the block when the pack has its own
-    const char* m_data = nullptr;                  // the block in use: m_owned or the owner's storage
+    const char* m_data = nullptr;  // the block in use: the owner's storage or a block of its own
     std::array<uint32_t, N> m_start{};
+    bool m_owned = false;  // the block is the pack's own heap block
 };
+
+// Makes an item of type T in `arena` (null: on the heap) with its texts in the bytes behind it
+// (see MakeItemWithTexts): T's constructor receives (storage, texts, args...). T names the
+// array of its texts TextList.
+template <typename T, typename... Args>
+ZItemPtr<T> MakeItemWithPack(ZModelArena* arena, const typename T::TextList& texts, Args&&... args) {
+    constexpr std::size_t kCount = std::tuple_size<typename T::TextList>::value;
+    return MakeItemWithTexts<T>(arena, ZTextPack<kCount>::Measure(texts).size, texts,
+                                std::forward<Args>(args)...);
+}
 
 }  // namespace Korvel

@@ -10,7 +10,7 @@
 
 namespace Korvel {
 
-ZTextTable::ZTextTable() = default;
+ZTextTable::ZTextTable(ZModelArena* arena) : ZContainerBase(arena) {}
 
 ZTextTable::ZTextTable(const ZTextTable& other) : IModelItem(), IContainer(), ZContainerBase(), ITextTable() {
     Assign(other);
@@ -88,14 +88,14 @@ bool ZTextTable::SetElement(uint32_t index, const ITextTableElement& element) {
     if (index >= GetCount()) {
         return false;
     }
-    return ReplaceUnindexed(index, std::make_unique<ZTextTableElement>(element));
+    return ReplaceUnindexed(index, MakeItem<ZTextTableElement>(nullptr, element));
 }
 
 bool ZTextTable::SetElement(uint32_t index, const char* value, const char* text) {
     if (index >= GetCount()) {
         return false;
     }
-    return ReplaceUnindexed(index, std::make_unique<ZTextTableElement>(value, text));
+    return ReplaceUnindexed(index, MakeItem<ZTextTableElement>(nullptr, value, text));
 }
 
 const ITextTableElement* ZTextTable::GetElement(const char* value) const {

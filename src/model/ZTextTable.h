@@ -12,11 +12,15 @@ namespace Korvel {
 
 class ZTextTable : public ZContainerBase<std::string, ZTextTableElement>, public ITextTable {
 public:
-    ZTextTable();
+    // With an arena, the list and index are kept there.
+    explicit ZTextTable(ZModelArena* arena = nullptr);
     // Copies in value order (see Assign).
     ZTextTable(const ZTextTable& other);
     ZTextTable& operator=(const ZTextTable&) = delete;
     ~ZTextTable() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::TextTable; }
+    ZItemKind Kind() const override { return ZItemKind::TextTable; }
 
     // Clears this table and copies the other's entries by walking its value map in value order.
     // Copies therefore hold their entries sorted by value text, and entries the other reaches by

@@ -4,13 +4,16 @@
 
 namespace Korvel {
 
-ZTextTableElement::ZTextTableElement(const char* value, const char* text) : m_texts({value, text}) {}
+ZTextTableElement::ZTextTableElement(const char* value, const char* text)
+    : ZTextTableElement(nullptr, {value, text}) {}
+
+ZTextTableElement::ZTextTableElement(char* storage, const TextList& texts) : m_texts(texts, storage) {}
 
 ZTextTableElement::ZTextTableElement(const ZTextTableElement& other)
     : IModelItem(), ZModelItem(), ITextTableElement(), m_texts(other.m_texts) {}
 
 ZTextTableElement::ZTextTableElement(const ITextTableElement& other)
-    : m_texts({other.GetValue(), other.GetText()}) {}
+    : ZTextTableElement(other.GetValue(), other.GetText()) {}
 
 ZTextTableElement::~ZTextTableElement() = default;
 

@@ -10,11 +10,20 @@ namespace Korvel {
 
 class ZTextTableElement : public ZModelItem, public ITextTableElement {
 public:
+    // The texts the item keeps, in their order.
+    using TextList = std::array<const char*, 2>;
+
     ZTextTableElement(const char* value, const char* text);
+    // The same as MakeItemWithPack builds it: value and text in `storage`.
+    ZTextTableElement(char* storage, const TextList& texts);
     ZTextTableElement(const ZTextTableElement& other);
     explicit ZTextTableElement(const ITextTableElement& other);
     ZTextTableElement& operator=(const ZTextTableElement&) = delete;
     ~ZTextTableElement() override;
+
+    static constexpr bool IsKind(ZItemKind kind) { return kind == ZItemKind::TextTableElement; }
+    ZItemKind Kind() const override { return ZItemKind::TextTableElement; }
+    std::size_t BlockBytes() const override { return sizeof(ZTextTableElement) + m_texts.StorageBytes(); }
 
     void Assign(const ITextTableElement& other) override;
     const char* GetValue() const override;
@@ -25,8 +34,9 @@ public:
     void Accept(IConstModelItemVisitor& visitor) const override;
     void Accept(IConstModelItemVisitor& visitor) override;
 
-private:
     enum Slot { kValue, kText, kSlotCount };
+
+private:
     ZTextPack<kSlotCount> m_texts;
 };
 

@@ -16,6 +16,14 @@
 #define MADV_POPULATE_WRITE 23
 #endif
 
+// The build chooses the page policies (CMake options of the same names); both are on by default.
+#ifndef ZEKL_HUGE_PAGES
+#define ZEKL_HUGE_PAGES 1
+#endif
+#ifndef ZEKL_PREFAULT
+#define ZEKL_PREFAULT 1
+#endif
+
 namespace Korvel::Platform {
 
 #ifdef _WIN32
@@ -85,7 +93,7 @@ void PrefaultPages(void* data, std::size_t size) noexcept {
     // without it, and no further call is made.
     static std::atomic<bool> supported{true};
     static const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    if (data == nullptr || size == 0 || !supported.load(std::memory_order_relaxed)) {
+    if (!PrefaultPolicy() || data == nullptr || size == 0 || !supported.load(std::memory_order_relaxed)) {
         return;
     }
     // The advice takes whole pages: those that hold the range.
@@ -101,5 +109,27 @@ void PrefaultPages(void* data, std::size_t size) noexcept {
 }
 
 #endif
+
+bool HugePagesPolicy() noexcept {
+    return ZEKL_HUGE_PAGES != 0;
+}
+
+bool PrefaultPolicy() noexcept {
+    return ZEKL_PREFAULT != 0;
+}
+
+// A huge page comes whole with its first fault and needs no prefaulting.
+void* MapChunk(std::size_t size) noexcept {
+    const bool huge = HugePagesPolicy() && size != 0 && size % kHugePageSize == 0;
+    void* chunk = MapPages(size, huge);
+    if (chunk != nullptr && !huge) {
+        PrefaultPages(chunk, size);
+    }
+    return chunk;
+}
+
+void UnmapChunk(void* chunk, std::size_t size) noexcept {
+    UnmapPages(chunk, size);
+}
 
 }  // namespace Korvel::Platform

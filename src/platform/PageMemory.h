@@ -24,7 +24,19 @@ void UnmapPages(void* block, std::size_t size) noexcept;
 
 // Asks the system to provide the pages of [data, data + size) now, in one call, instead of
 // one fault per page as they are first written. A hint: where the system cannot, the pages
-// come on first touch as before. Only for memory the caller is about to write.
+// come on first touch as before. Only for memory the caller is about to write. Nothing is done
+// when the build switched prefaulting off.
 void PrefaultPages(void* data, std::size_t size) noexcept;
+
+// The two page policies of the model arena's upstream, chosen when the library is built
+// (CMake options ZEKL_HUGE_PAGES and ZEKL_PREFAULT): whether a chunk of kHugePageSize asks for
+// a huge page, and whether the pages of a chunk, and of the writer's output, are prefaulted.
+bool HugePagesPolicy() noexcept;
+bool PrefaultPolicy() noexcept;
+
+// The upstream of the model arena: a chunk of `size` bytes of zeroed memory under the two
+// policies, or null when the system has none. Give it back with UnmapChunk and the same size.
+void* MapChunk(std::size_t size) noexcept;
+void UnmapChunk(void* chunk, std::size_t size) noexcept;
 
 }  // namespace Korvel::Platform

@@ -2,7 +2,6 @@
 
 #include "reader/RegularFile.h"
 
-#include "reader/ZKLReportingGuard.h"
 #include "reader/ZKLReportingHandler.h"
 #include "reader/ZKLXmlParser.h"
 #include "reader/handlers/ZKLXEHConversion.h"
@@ -69,7 +68,7 @@ ZKLReaderImpl::~ZKLReaderImpl() = default;
 
 void ZKLReaderImpl::RegisterHandlers(ZKLXmlParser& parser, const std::shared_ptr<IReporting>& reporting) {
     ZKLXEHContext context;
-    context.ecu = parser.GetEcu();
+    context.builder = &parser.Builder();
     context.elementStack = parser.GetElementStack();
     context.parser = &parser;
     context.reporting = reporting;
@@ -88,10 +87,9 @@ void ZKLReaderImpl::RegisterHandlers(ZKLXmlParser& parser, const std::shared_ptr
 std::unique_ptr<IEcu> ZKLReaderImpl::Read(const std::shared_ptr<IReporting>& reporting,
                                           const ParseCall& parse) {
     try {
-        const auto guarded = std::make_shared<ZKLReportingGuard>(reporting);
         ZKLXmlParser parser;
-        parser.SetReporting(guarded);
-        RegisterHandlers(parser, guarded);
+        parser.SetReporting(reporting);
+        RegisterHandlers(parser, reporting);
         if (!parse(parser)) {
             return nullptr;
         }

@@ -6,25 +6,28 @@
 
 namespace Korvel {
 
+namespace {
+
+ZModelItem* ItemOrNotSupported(ZModelItem* item) {
+    return item != nullptr ? item : ZNotSupportedItem::GetInstance();
+}
+
+}  // namespace
+
 ZKLXmlElement::ZKLXmlElement(std::string name) : ZKLXmlElement(std::move(name), nullptr) {}
 
-ZKLXmlElement::ZKLXmlElement(std::string name, IModelItem* item)
-    : ZXmlElement(std::move(name)), item_(item != nullptr ? item : ZNotSupportedItem::GetInstance()) {}
+ZKLXmlElement::ZKLXmlElement(std::string name, ZModelItem* item)
+    : ZXmlElement(std::move(name)), item_(ItemOrNotSupported(item)) {}
 
 ZKLXmlElement::~ZKLXmlElement() = default;
 
-IModelItem* ZKLXmlElement::GetModelItem() const {
+ZModelItem* ZKLXmlElement::GetModelItem() const {
     return item_;
 }
 
-void ZKLXmlElement::Reuse(IModelItem* item) {
+void ZKLXmlElement::Reuse(ZModelItem* item) {
     ClearValue();
-    item_ = item != nullptr ? item : ZNotSupportedItem::GetInstance();
-    message_ = nullptr;
-    modelMessage_ = nullptr;
-    instance_ = nullptr;
-    modelInstance_ = nullptr;
-    conversion_ = nullptr;
+    item_ = ItemOrNotSupported(item);
 }
 
 }  // namespace Korvel

@@ -2,11 +2,6 @@
 
 #include "reader/ReaderMessages.h"
 
-#include "model/ZEcu.h"
-#include "model/ZModelMemory.h"
-
-#include <ZeKL/Exports.h>
-
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -18,7 +13,7 @@ namespace Msg = ReaderMessages;
 namespace {
 
 // A model takes up to about twice the bytes of its document (1.7 to 1.9 times for documents of
-// the format); the estimate sizes the model memory.
+// the format); the estimate sizes the arena's chunks.
 constexpr std::size_t kModelBytesPerDocumentByte = 2;
 
 // 0 when the size cannot be had: the parse then reports why.
@@ -41,7 +36,6 @@ ZKLXmlParser::ZKLXmlParser() : utilsFactory_(std::make_shared<ZKLXmlParserUtilsF
     } catch (...) {
         parser_.reset();
     }
-    ecu_ = GetFactory().CreateEcu();
 }
 
 ZKLXmlParser::~ZKLXmlParser() = default;
@@ -51,7 +45,7 @@ bool ZKLXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     tagCounts_.Reset();
-    const ZModelMemory::Scope scope(ModelMemory(FileSize(path)));
+    builder_.ExpectBytes(FileSize(path) * kModelBytesPerDocumentByte);
     return parser_->ParseFile(path, encoding);
 }
 
@@ -60,7 +54,7 @@ bool ZKLXmlParser::ParseMemory(const char* data, uint32_t length, const char* en
         return false;
     }
     tagCounts_.Reset();
-    const ZModelMemory::Scope scope(ModelMemory(length));
+    builder_.ExpectBytes(std::size_t{length} * kModelBytesPerDocumentByte);
     return parser_->ParseMemory(data, length, encoding);
 }
 
@@ -80,17 +74,12 @@ ZKLXmlElementStack* ZKLXmlParser::GetElementStack() const {
     return parser_ ? dynamic_cast<ZKLXmlElementStack*>(parser_->GetElementStack()) : nullptr;
 }
 
-ZModelMemory* ZKLXmlParser::ModelMemory(std::size_t documentBytes) {
-    auto* model = dynamic_cast<ZEcu*>(ecu_.get());
-    return model != nullptr ? &model->ModelMemory(documentBytes * kModelBytesPerDocumentByte) : nullptr;
-}
-
 IEcu* ZKLXmlParser::GetEcu() const {
-    return ecu_.get();
+    return builder_.Ecu();
 }
 
 std::unique_ptr<IEcu> ZKLXmlParser::TakeEcu() {
-    return std::move(ecu_);
+    return builder_.TakeEcu();
 }
 
 // Both outputs deliberately receive the error count; callers of the summary have always

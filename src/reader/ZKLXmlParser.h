@@ -8,15 +8,15 @@
 #include "reader/ZXmlParser.h"
 #include "reader/handlers/TagCounts.h"
 
+#include "model/ZModelBuilder.h"
+
 #include <cstddef>
 
 namespace Korvel {
 
-class ZModelMemory;
-
 class ZKLXmlParser : public IKLXmlParserExt {
 public:
-    // Starts with a new, empty ECU from the item factory.
+    // Starts with a new, empty ECU that the parse builds with the model builder.
     ZKLXmlParser();
     ~ZKLXmlParser() override;
     ZKLXmlParser(const ZKLXmlParser&) = delete;
@@ -34,17 +34,14 @@ public:
     std::string GetParseSummary() const override;
 
     TagCounts& GetTagCounts() { return tagCounts_; }
+    ZModelBuilder& Builder() { return builder_; }
     // The inner frame, or null when it could not be built.
     ZXmlParser* GetXmlParser() const { return parser_.get(); }
 
 private:
-    // The memory the ECU's model is read into (see model/ZModelMemory.h), or null when the ECU
-    // is not the library's own.
-    ZModelMemory* ModelMemory(std::size_t documentBytes);
-
     std::shared_ptr<ZKLXmlParserUtilsFactory> utilsFactory_;
     std::unique_ptr<ZXmlParser> parser_;
-    std::unique_ptr<IEcu> ecu_;
+    ZModelBuilder builder_;
     TagCounts tagCounts_;
 };
 

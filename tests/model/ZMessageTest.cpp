@@ -81,20 +81,12 @@ TEST(Message_AddParam, TakesAllThreeForms) {
 }
 
 // Texts laid out as a parameter keeps them go in under the same rules as AddParam.
-TEST(Message_AddPackedParam, AddsInOrderRefusesAUsedIdAndSetsTheParent) {
+TEST(Message_AddLaidOutParam, AddsInOrderRefusesAUsedIdAndSetsTheParent) {
     ZRequest request;
     const auto add = [&request](const std::string& id, uint32_t bitPos) {
-        // In slot order: conversion, semantics, value, type, unit, id.
-        const std::string inOrder[ZParam::kSlotCount] = {"c", "", "7", "unsigned", "", id};
         std::string bytes;
-        ZParam::PackedTexts texts{nullptr, 0, {}};
-        for (std::size_t slot = 0; slot < ZParam::kSlotCount; ++slot) {
-            texts.starts[slot] = static_cast<uint32_t>(bytes.size());
-            bytes.append(inOrder[slot]).push_back('\0');
-        }
-        texts.bytes = bytes.data();
-        texts.size = bytes.size();
-        return request.AddPackedParam(texts, bitPos, 8);
+        const ZParam::PackedTexts texts = ZParam::LayOut({"c", "", "7", "unsigned", "", id.c_str()}, bytes);
+        return request.AddParam(nullptr, texts, bitPos, 8);
     };
     EXPECT_EQ(AddSimple(request, "first"), 0u);
     EXPECT_EQ(add("second", 8), 1u);

@@ -278,32 +278,94 @@ TEST(Param_ValueBytes, ReadsNoneValuesAsHexText) {
     EXPECT_EQ(param.GetValueBytes(), (ByteBuffer{0x12, 0x03, 0x00}));
 }
 
-TEST(Param_MakeCompact, KeepsEveryAttributeAsTheTextConstructorDoes) {
-    const std::unique_ptr<ZParam> param =
-        ZParam::MakeCompact("Speed", 16, 8, "0x12", "unsigned", "km/h", "CONST", "Speed_Formula");
-    ASSERT_NE(param, nullptr);
-    EXPECT_STREQ(param->GetId(), "Speed");
-    EXPECT_EQ(param->GetBitPos(), 16u);
-    EXPECT_EQ(param->GetBitLength(), 8u);
-    EXPECT_STREQ(param->GetValue(), "0x12");
-    EXPECT_STREQ(param->GetDataTypeName(), "unsigned");
-    EXPECT_STREQ(param->GetUnit(), "km/h");
-    EXPECT_STREQ(param->GetSemantics(), "CONST");
-    EXPECT_STREQ(param->GetConvId(), "Speed_Formula");
+// The six texts laid out as a parameter keeps them.
+struct Laid {
+    std::string bytes;
+    ZParam::PackedTexts texts{nullptr, 0, {}};
+};
+
+Laid LayOut(const char* id, const char* value, const char* type, const char* unit, const char* semantics,
+            const char* convId) {
+    Laid laid;
+    laid.texts = ZParam::LayOut({convId, semantics, value, type, unit, id}, laid.bytes);
+    return laid;
 }
 
-TEST(Param_MakeCompact, ReadsNullTextsAsEmpty) {
-    const std::unique_ptr<ZParam> param =
-        ZParam::MakeCompact(nullptr, 0, 8, nullptr, nullptr, nullptr, nullptr, nullptr);
+void ExpectSameParam(const IParam& actual, const IParam& expected) {
+    EXPECT_STREQ(actual.GetId(), expected.GetId());
+    EXPECT_EQ(actual.GetBitPos(), expected.GetBitPos());
+    EXPECT_EQ(actual.GetBitLength(), expected.GetBitLength());
+    EXPECT_STREQ(actual.GetValue(), expected.GetValue());
+    EXPECT_STREQ(actual.GetDataTypeName(), expected.GetDataTypeName());
+    EXPECT_STREQ(actual.GetUnit(), expected.GetUnit());
+    EXPECT_STREQ(actual.GetSemantics(), expected.GetSemantics());
+    EXPECT_STREQ(actual.GetConvId(), expected.GetConvId());
+}
+
+TEST(Param_LayOut, PutsTheTextsBackToBackInSlotOrder) {
+    const Laid laid = LayOut("Temp", "0x0A", "unsigned",
+                             "\xC2\xB0"
+                             "C",
+                             "XID MOTOROLA", "Conv");
+    EXPECT_EQ(laid.bytes, std::string("Conv\0XID MOTOROLA\0"
+                                      "0x0A\0unsigned\0\xC2\xB0"
+                                      "C\0Temp\0",
+                                      41));
+    EXPECT_EQ(laid.texts.Length(ZParam::kId), 4u);
+    EXPECT_EQ(laid.texts.Length(ZParam::kUnit), 3u);
+    EXPECT_EQ(laid.texts.starts[ZParam::kSemantics], 5u);
+}
+
+TEST(Param_Make, OnTheHeapKeepsEveryAttributeAsTheTextConstructorDoes) {
+    const ZParam expected("Speed", 16, 8, "0x12", "unsigned", "km/h", "CONST", "Speed_Formula");
+    const Laid laid = LayOut("Speed", "0x12", "unsigned", "km/h", "CONST", "Speed_Formula");
+    const ZItemPtr<ZParam> param = ZParam::Make(nullptr, laid.texts, 16, 8);
+    ASSERT_NE(param, nullptr);
+    ExpectSameParam(*param, expected);
+    EXPECT_EQ(param->Arena(), nullptr);
+}
+
+TEST(Param_Make, InAnArenaKeepsItselfAndItsTextsInOneBlockThere) {
+    ZModelArena arena;
+    const Laid laid = LayOut("Temp", "0x0A", "unsigned", "C", "XID MOTOROLA", "Conv");
+    const ZItemPtr<ZParam> param = ZParam::Make(&arena, laid.texts, 24, 12);
+    ASSERT_NE(param, nullptr);
+    EXPECT_EQ(param->Arena(), &arena);
+    EXPECT_EQ(arena.UsedBytes(), (sizeof(ZParam) + laid.texts.size + 7) / 8 * 8);
+    ExpectSameParam(*param, ZParam("Temp", 24, 12, "0x0A", "unsigned", "C", "XID MOTOROLA", "Conv"));
+    EXPECT_EQ(param->GetSemanticsFlags(), SemanticsXid | SemanticsMotorola);
+}
+
+TEST(Param_Make, FromAnotherParamCopiesIt) {
+    const ZParam source("Speed", 16, 8, "0x12", "unsigned", "km/h", "CONST", "Speed_Formula");
+    ZModelArena arena;
+    ExpectSameParam(*ZParam::Make(&arena, static_cast<const IParam&>(source)), source);
+    ExpectSameParam(*ZParam::Make(nullptr, static_cast<const IParam&>(source)), source);
+}
+
+TEST(Param_Make, ReadsNullTextsAsEmpty) {
+    std::string bytes;
+    const ZParam::PackedTexts texts =
+        ZParam::LayOut({nullptr, nullptr, nullptr, nullptr, nullptr, nullptr}, bytes);
+    EXPECT_EQ(texts.size, 6u);
+    const ZItemPtr<ZParam> param = ZParam::Make(nullptr, texts, 0, 8);
     EXPECT_STREQ(param->GetId(), "");
     EXPECT_STREQ(param->GetValue(), "");
     EXPECT_STREQ(param->GetConvId(), "");
+    const ZParam copy(*param);
+    EXPECT_STREQ(copy.GetSemantics(), "");
 }
 
-TEST(Param_MakeCompact, TakesChangesAlsoFromItsOwnTexts) {
-    std::unique_ptr<ZParam> param = ZParam::MakeCompact("A", 0, 8, "0x01", "unsigned", "rpm", "", "conv");
+// A change takes the texts to a heap block of the parameter's own: the arena does not grow, and
+// a new text may come from the parameter's own texts.
+TEST(Param_Make, TakesChangesToTheHeapAlsoFromItsOwnTexts) {
+    ZModelArena arena;
+    const Laid laid = LayOut("A", "0x01", "unsigned", "rpm", "", "conv");
+    ZItemPtr<ZParam> param = ZParam::Make(&arena, laid.texts, 0, 8);
+    const std::size_t used = arena.UsedBytes();
     param->SetUnit(param->GetConvId());
     param->SetId("a much longer identifier than the one the parameter was built with");
+    EXPECT_EQ(arena.UsedBytes(), used);
     EXPECT_STREQ(param->GetUnit(), "conv");
     EXPECT_STREQ(param->GetId(), "a much longer identifier than the one the parameter was built with");
     EXPECT_STREQ(param->GetValue(), "0x01");
@@ -313,78 +375,14 @@ TEST(Param_MakeCompact, TakesChangesAlsoFromItsOwnTexts) {
     EXPECT_STREQ(copy.GetDataTypeName(), "unsigned");
 }
 
-TEST(Param_MakeCompact, IsDestroyedThroughItsInterface) {
-    std::unique_ptr<IParam> param(ZParam::MakeCompact("A", 0, 8, "1", "unsigned", "", "", "").release());
-    EXPECT_STREQ(param->GetValue(), "1");
-    param.reset();
-    SUCCEED();
-}
-
-// Lays the six texts out as a parameter keeps them: back to back, each with its zero.
-struct Laid {
-    std::string bytes;
-    ZParam::PackedTexts texts{nullptr, 0, {}};
-};
-
-Laid LayOut(const char* id, const char* value, const char* type, const char* unit, const char* semantics,
-            const char* convId) {
-    Laid laid;
-    const char* inOrder[ZParam::kSlotCount] = {convId, semantics, value, type, unit, id};
-    for (std::size_t slot = 0; slot < ZParam::kSlotCount; ++slot) {
-        laid.texts.starts[slot] = static_cast<uint32_t>(laid.bytes.size());
-        laid.bytes.append(inOrder[slot]).push_back('\0');
-    }
-    laid.texts.bytes = laid.bytes.data();
-    laid.texts.size = laid.bytes.size();
-    return laid;
-}
-
-TEST(Param_MakePacked, KeepsEveryTextAsMakeCompactDoes) {
-    const Laid laid = LayOut("Temp", "0x0A", "unsigned",
-                             "\xC2\xB0"
-                             "C",
-                             "XID MOTOROLA", "Conv_\xCE\xA9");
-    EXPECT_EQ(laid.texts.Length(ZParam::kId), 4u);
-    EXPECT_EQ(laid.texts.Length(ZParam::kUnit), 3u);
-    const std::unique_ptr<ZParam> packed = ZParam::MakePacked(laid.texts, 24, 12);
-    const std::unique_ptr<ZParam> compact = ZParam::MakeCompact("Temp", 24, 12, "0x0A", "unsigned",
-                                                                "\xC2\xB0"
-                                                                "C",
-                                                                "XID MOTOROLA", "Conv_\xCE\xA9");
-    ASSERT_NE(packed, nullptr);
-    EXPECT_STREQ(packed->GetId(), compact->GetId());
-    EXPECT_STREQ(packed->GetValue(), compact->GetValue());
-    EXPECT_STREQ(packed->GetDataTypeName(), compact->GetDataTypeName());
-    EXPECT_STREQ(packed->GetUnit(), compact->GetUnit());
-    EXPECT_STREQ(packed->GetSemantics(), compact->GetSemantics());
-    EXPECT_STREQ(packed->GetConvId(), compact->GetConvId());
-    EXPECT_EQ(packed->GetBitPos(), 24u);
-    EXPECT_EQ(packed->GetBitLength(), 12u);
-    EXPECT_EQ(packed->GetSemanticsFlags(), compact->GetSemanticsFlags());
-}
-
 // The parameter keeps its own copy: the caller's buffer is reused for the next parameter.
-TEST(Param_MakePacked, KeepsItsOwnCopyOfTheTexts) {
+TEST(Param_Make, KeepsItsOwnCopyOfTheTexts) {
     Laid laid = LayOut("A", "1", "unsigned", "", "", "conv");
-    const std::unique_ptr<ZParam> param = ZParam::MakePacked(laid.texts, 0, 8);
+    const ZItemPtr<ZParam> param = ZParam::Make(nullptr, laid.texts, 0, 8);
     std::fill(laid.bytes.begin(), laid.bytes.end(), 'x');
     EXPECT_STREQ(param->GetId(), "A");
     EXPECT_STREQ(param->GetConvId(), "conv");
     EXPECT_STREQ(param->GetUnit(), "");
-    param->SetValue("2");
-    const ZParam copy(*param);
-    EXPECT_STREQ(copy.GetValue(), "2");
-    EXPECT_STREQ(copy.GetId(), "A");
-}
-
-TEST(Param_MakePacked, AllEmptyTextsReadAsEmpty) {
-    const Laid laid = LayOut("", "", "", "", "", "");
-    EXPECT_EQ(laid.texts.size, 6u);
-    const std::unique_ptr<ZParam> param = ZParam::MakePacked(laid.texts, 0, 0);
-    EXPECT_STREQ(param->GetId(), "");
-    EXPECT_STREQ(param->GetConvId(), "");
-    const ZParam copy(*param);
-    EXPECT_STREQ(copy.GetSemantics(), "");
 }
 
 }  // namespace

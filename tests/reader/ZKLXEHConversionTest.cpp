@@ -69,10 +69,11 @@ TEST(ZKLXEHConversion_Open, UsedIdIsRefused) {
 
 TEST(ZKLXEHConversion_Open, UnnamedAttributeIsReportedAndSkipped) {
     auto sink = std::make_shared<ReportCollector>(ReportLevelDebug);
-    auto ecu = GetFactory().CreateEcu();
+    ZModelBuilder builder;
+    ZEcu* ecu = builder.Ecu();
     ZKLXmlElementStack stack;
     ZKLXEHContext context;
-    context.ecu = ecu.get();
+    context.builder = &builder;
     context.elementStack = &stack;
     context.reporting = sink;
     ZKLXEHConversion handler(context);

@@ -169,10 +169,11 @@ TEST(ZKLXEHMap_TextTable, UnderARefusedConversionFindsTheNotSupportedItem) {
 
 TEST(ZKLXEHMap_Open, UnnamedAttributeIsReportedAndSkipped) {
     auto sink = std::make_shared<ReportCollector>(ReportLevelDebug);
-    auto ecu = GetFactory().CreateEcu();
+    ZModelBuilder builder;
+    ZEcu* ecu = builder.Ecu();
     ZKLXmlElementStack stack;
     ZKLXEHContext context;
-    context.ecu = ecu.get();
+    context.builder = &builder;
     context.elementStack = &stack;
     context.reporting = sink;
     ZKLXEHMap handler(context);

@@ -3,6 +3,7 @@
 #include "reader/handlers/ZKLXEHRequest.h"
 
 #include "ReaderFixture.h"
+#include "model/ZModelBuilder.h"
 #include "model/ZNotSupportedItem.h"
 #include "model/ZRequest.h"
 
@@ -22,13 +23,10 @@ public:
         : ZKLXEH(u"PROBE", KLTag::Map, ReaderMessages::kMapTexts, context) {}
     void StartElement(const XMLCh*, xercesc::AttributeList&) override { CountOpen(); }
     void EndElement(const XMLCh*) override { CountClose(); }
-    using ZKLXEH::AddConversionElement;
     using ZKLXEH::AddElement;
     using ZKLXEH::AddEmptyElement;
-    using ZKLXEH::AddInstanceElement;
-    using ZKLXEH::AddMessageElement;
-    using ZKLXEH::TopConversion;
-    using ZKLXEH::TopInstance;
+    using ZKLXEH::TopAs;
+    using ZKLXEH::TopItem;
 };
 
 // The eight attributes of a parameter, values in the order id, bitPos, bitLen, value, type, unit,
@@ -46,8 +44,10 @@ protected:
     ZKLXEHTest() {
         context.reporting = sink;
         context.elementStack = &stack;
+        context.builder = &builder;
     }
     std::shared_ptr<ReportCollector> sink = std::make_shared<ReportCollector>(ReportLevelDebug);
+    ZModelBuilder builder;
     ZKLXmlElementStack stack;
     ZKLXEHContext context;
 };
@@ -61,96 +61,100 @@ TEST_F(ZKLXEHTest, CurrentElement_IsNullBeforeTheFirstRecord) {
 
 TEST_F(ZKLXEHTest, AddElement_MakesARecordNamedByTheTagThatRefersToTheItem) {
     ProbeHandler handler(context);
-    auto ecu = GetFactory().CreateEcu();
-    handler.AddElement(u"PROBE", ecu.get());
+    handler.AddElement(u"PROBE", builder.Ecu());
     auto* record = dynamic_cast<ZKLXmlElement*>(handler.GetCurrentElement().get());
     ASSERT_NE(record, nullptr);
     EXPECT_STREQ(record->GetName(), "PROBE");
-    EXPECT_EQ(record->GetModelItem(), static_cast<IModelItem*>(ecu.get()));
+    EXPECT_EQ(record->GetModelItem(), static_cast<ZModelItem*>(builder.Ecu()));
 }
 
-// Instance and conversion records carry their typed item; a plain record holding the same item
-// gives the same answer through a cast, and a record of another item gives none.
-TEST_F(ZKLXEHTest, TopInstanceAndConversion_AreFoundThroughTypedAndPlainRecordsAlike) {
-    auto ecu = GetFactory().CreateEcu();
-    IInstance* instance =
-        ecu->GetInstanceContainer()->GetInstance(ecu->GetInstanceContainer()->AddInstance("I"));
-    IConversionContainer* conversions = ecu->GetConversionContainer();
-    IConversion* conversion = conversions->GetConversion(
-        conversions->AddConversion("C", static_cast<uint32_t>(ConversionKind::Formula), 1.0, 0.0));
+// A record holds the item alone; the handler finds it on top with its own type, and a record
+// of another item, or an empty one, gives none.
+TEST_F(ZKLXEHTest, TopAs_FindsTheItemOnTopWithItsOwnTypeOnly) {
+    ZInstance* instance = builder.AddInstance("I");
+    ZConversion* conversion = builder.AddConversion("C", 1.0, 0.0);
     ASSERT_NE(instance, nullptr);
     ASSERT_NE(conversion, nullptr);
     ProbeHandler handler(context);
-    EXPECT_EQ(handler.TopInstance(), nullptr);
-    EXPECT_EQ(handler.TopConversion(), nullptr);
+    EXPECT_EQ(handler.TopItem(), nullptr);
+    EXPECT_EQ(handler.TopAs<ZInstance>(), nullptr);
     // Pushes the handler's last record and gives what the handler then finds on top.
     const auto onTop = [&]() {
         stack.Push(handler.GetCurrentElement());
-        const std::pair<IInstance*, IConversion*> found{handler.TopInstance(), handler.TopConversion()};
+        const std::pair<ZInstance*, ZConversion*> found{handler.TopAs<ZInstance>(),
+                                                        handler.TopAs<ZConversion>()};
         stack.Pop();
         return found;
     };
-    using Found = std::pair<IInstance*, IConversion*>;
+    using Found = std::pair<ZInstance*, ZConversion*>;
 
-    handler.AddInstanceElement(u"PROBE", instance);
-    EXPECT_EQ(onTop(), Found(instance, nullptr));
-    // The record is reused for the next element of its name and forgets the typed item.
-    handler.AddConversionElement(u"PROBE", conversion);
-    EXPECT_EQ(onTop(), Found(nullptr, conversion));
     handler.AddElement(u"PROBE", instance);
     EXPECT_EQ(onTop(), Found(instance, nullptr));
+    // The record is reused for the next element of its name.
     handler.AddElement(u"PROBE", conversion);
     EXPECT_EQ(onTop(), Found(nullptr, conversion));
     handler.AddEmptyElement(u"PROBE");
     EXPECT_EQ(onTop(), Found(nullptr, nullptr));
+    stack.Push(handler.GetCurrentElement());
+    EXPECT_EQ(handler.TopItem(), ZNotSupportedItem::GetInstance());
+    stack.Pop();
 }
 
-// A parameter goes into the message of the record on top whether the record has the message
-// with its own type (the direct path) or only through its interface, with the same texts.
-TEST_F(ZKLXEHTest, Parameter_IsAddedAlikeThroughTheTypedAndTheInterfaceRecord) {
+// A parameter goes into the message of the record on top, in the builder's arena, with its
+// texts narrowed as they are; the same id again is refused.
+TEST_F(ZKLXEHTest, Parameter_IsAddedToTheMessageOnTopInTheArena) {
     FakeAttributes attributes;
     AddParameterAttributes(attributes,
                            {u"Temp", u"8", u"16", u"0x0A", u"unsigned", u"\u00B0C", u"XID", u"Conv_\u03A9"});
     ProbeHandler probe(context);
     ZKLXEHParameter parameters(context);
-    ZRequest typed;
-    ZRequest plain;
-    for (ZRequest* request : {&typed, &plain}) {
-        probe.AddMessageElement(u"PROBE", request, request == &typed ? request : nullptr);
-        stack.Push(probe.GetCurrentElement());
-        parameters.StartElement(u"PARAMETER", attributes);
-        parameters.EndElement(u"PARAMETER");
-        // The same id again is refused on both paths.
-        parameters.StartElement(u"PARAMETER", attributes);
-        parameters.EndElement(u"PARAMETER");
-        stack.Pop();
-        ASSERT_EQ(request->GetCount(), 1u);
-        const IParam* param = request->GetParam("Temp");
-        ASSERT_NE(param, nullptr);
-        EXPECT_EQ(param->GetBitPos(), 8u);
-        EXPECT_EQ(param->GetBitLength(), 16u);
-        EXPECT_STREQ(param->GetValue(), "0x0A");
-        EXPECT_STREQ(param->GetDataTypeName(), "unsigned");
-        EXPECT_STREQ(param->GetUnit(),
-                     "\xC2\xB0"
-                     "C");
-        EXPECT_STREQ(param->GetSemantics(), "XID");
-        EXPECT_STREQ(param->GetConvId(), "Conv_\xCE\xA9");
-    }
-    size_t refusals = 0;
+    ZInstance* instance = builder.AddInstance("I");
+    ZMessage* request = builder.CreateMessage(*instance, MessageKindRequest);
+    probe.AddElement(u"PROBE", request);
+    stack.Push(probe.GetCurrentElement());
+    parameters.StartElement(u"PARAMETER", attributes);
+    parameters.EndElement(u"PARAMETER");
+    parameters.StartElement(u"PARAMETER", attributes);
+    parameters.EndElement(u"PARAMETER");
+    stack.Pop();
+    ASSERT_EQ(request->GetCount(), 1u);
+    const auto* param = static_cast<const ZParam*>(request->GetParam("Temp"));
+    ASSERT_NE(param, nullptr);
+    EXPECT_EQ(param->Arena(), builder.Ecu()->ModelArena());
+    EXPECT_EQ(param->GetBitPos(), 8u);
+    EXPECT_EQ(param->GetBitLength(), 16u);
+    EXPECT_STREQ(param->GetValue(), "0x0A");
+    EXPECT_STREQ(param->GetDataTypeName(), "unsigned");
+    EXPECT_STREQ(param->GetUnit(),
+                 "\xC2\xB0"
+                 "C");
+    EXPECT_STREQ(param->GetSemantics(), "XID");
+    EXPECT_STREQ(param->GetConvId(), "Conv_\xCE\xA9");
+    std::size_t refusals = 0;
     for (const auto& message : sink->GetMessages()) {
         refusals +=
             message.text.find("Temp") != std::string::npos && message.level == ReportLevelError ? 1 : 0;
     }
-    EXPECT_EQ(refusals, 2u);
+    EXPECT_EQ(refusals, 1u);
 }
 
-// An instance record without the model's own type (as another implementation would give) still
-// gets its request, through the interface, and the request's parameters go in the same way.
-TEST_F(ZKLXEHTest, Request_IsMadeThroughTheInterfaceForAPlainInstanceRecord) {
-    auto ecu = GetFactory().CreateEcu();
-    IInstanceContainer* instances = ecu->GetInstanceContainer();
-    IInstance* instance = instances->GetInstance(instances->AddInstance("I"));
+// A parameter whose record on top is no message is refused with the fatal text.
+TEST_F(ZKLXEHTest, Parameter_OnAnItemThatIsNoMessageIsRefused) {
+    FakeAttributes attributes;
+    AddParameterAttributes(attributes, {u"p", u"0", u"8", u"1", u"unsigned", u"", u"", u""});
+    ProbeHandler probe(context);
+    ZKLXEHParameter parameters(context);
+    probe.AddElement(u"PROBE", builder.AddInstance("I"));
+    stack.Push(probe.GetCurrentElement());
+    parameters.StartElement(u"PARAMETER", attributes);
+    stack.Pop();
+    EXPECT_EQ(sink->GetMessages()[1].level, ReportLevelFatal);
+    EXPECT_EQ(sink->GetMessages()[1].text, ReaderMessages::kParameterNoMessage);
+}
+
+// The request of the instance on top is made by the builder, and its parameters follow.
+TEST_F(ZKLXEHTest, Request_IsMadeForTheInstanceOnTop) {
+    ZInstance* instance = builder.AddInstance("I");
     ASSERT_NE(instance, nullptr);
     ProbeHandler probe(context);
     ZKLXEHRequest requests(context);
@@ -159,13 +163,14 @@ TEST_F(ZKLXEHTest, Request_IsMadeThroughTheInterfaceForAPlainInstanceRecord) {
     FakeAttributes attributes;
     AddParameterAttributes(attributes, {u"p", u"0", u"8", u"1", u"unsigned", u"", u"", u""});
 
-    probe.AddInstanceElement(u"PROBE", instance);
+    probe.AddElement(u"PROBE", instance);
     stack.Push(probe.GetCurrentElement());
     requests.StartElement(u"REQUEST", none);
     stack.Push(requests.GetCurrentElement());
     parameters.StartElement(u"PARAMETER", attributes);
     parameters.EndElement(u"PARAMETER");
     ASSERT_NE(instance->GetRequest(), nullptr);
+    EXPECT_EQ(static_cast<ZRequest*>(instance->GetRequest())->Arena(), builder.Ecu()->ModelArena());
     ASSERT_EQ(instance->GetRequest()->GetCount(), 1u);
     EXPECT_STREQ(instance->GetRequest()->GetParam("p")->GetValue(), "1");
 }

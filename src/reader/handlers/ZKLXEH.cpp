@@ -12,7 +12,7 @@ ZKLXEH::ZKLXEH(const XMLCh* tagName, KLTag countSlot, const ReaderMessages::TagT
                const ZKLXEHContext& context)
     : ZXmlElementHandler(tagName),
       reporting_(context.reporting),
-      ecu_(context.ecu),
+      builder_(context.builder),
       elementStack_(context.elementStack),
       parser_(context.parser),
       tagCounts_(context.tagCounts != nullptr ? context.tagCounts : &ownCounts_),
@@ -36,7 +36,7 @@ const std::string& ZKLXEH::NarrowTagOf(const XMLCh* tag) {
     return otherTag_;
 }
 
-void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
+void ZKLXEH::AddElement(const XMLCh* tag, ZModelItem* item) {
     const std::string& name = NarrowTagOf(tag);
     // Once its element has left the stack the handler holds the last record alone; it then
     // serves the next element of the same name instead of a new allocation.
@@ -45,21 +45,6 @@ void ZKLXEH::AddElement(const XMLCh* tag, IModelItem* item) {
         return;
     }
     current_ = std::make_shared<ZKLXmlElement>(name, item);
-}
-
-void ZKLXEH::AddMessageElement(const XMLCh* tag, IMessage* message, ZMessage* model) {
-    AddElement(tag, message);
-    current_->SetMessage(message, model);
-}
-
-void ZKLXEH::AddInstanceElement(const XMLCh* tag, IInstance* instance, ZInstance* model) {
-    AddElement(tag, instance);
-    current_->SetInstance(instance, model);
-}
-
-void ZKLXEH::AddConversionElement(const XMLCh* tag, IConversion* conversion) {
-    AddElement(tag, conversion);
-    current_->SetConversion(conversion);
 }
 
 void ZKLXEH::AddEmptyElement(const XMLCh* tag) {
@@ -96,41 +81,13 @@ void ZKLXEH::ReportText(int32_t level, const char* text) const {
     }
 }
 
-const ZKLXmlElement* ZKLXEH::TopRecord() const {
-    return elementStack_ != nullptr && !elementStack_->IsEmpty() ? elementStack_->TopKLElement() : nullptr;
-}
-
-IModelItem* ZKLXEH::TopItem() const {
+ZModelItem* ZKLXEH::TopItem() const {
     if (elementStack_ == nullptr || elementStack_->IsEmpty()) {
         return nullptr;
     }
     // A record of another kind holds no model item: it counts as the wrong kind of item.
     const ZKLXmlElement* top = elementStack_->TopKLElement();
     return top != nullptr ? top->GetModelItem() : ZNotSupportedItem::GetInstance();
-}
-
-IMessage* ZKLXEH::TopMessage() const {
-    return TopTyped(&ZKLXmlElement::GetMessage);
-}
-
-ZMessage* ZKLXEH::TopModelMessage() const {
-    return TopTyped(&ZKLXmlElement::GetModelMessage);
-}
-
-ZInstance* ZKLXEH::TopModelInstance() const {
-    return TopTyped(&ZKLXmlElement::GetModelInstance);
-}
-
-// Records of instance and conversion elements carry the typed item; any other record is
-// checked with a cast, so the answer is the same either way.
-IInstance* ZKLXEH::TopInstance() const {
-    IInstance* instance = TopTyped(&ZKLXmlElement::GetInstance);
-    return instance != nullptr ? instance : dynamic_cast<IInstance*>(TopItem());
-}
-
-IConversion* ZKLXEH::TopConversion() const {
-    IConversion* conversion = TopTyped(&ZKLXmlElement::GetConversion);
-    return conversion != nullptr ? conversion : dynamic_cast<IConversion*>(TopItem());
 }
 
 bool ZKLXEH::TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t index, uint8_t& value) {

@@ -9,9 +9,8 @@
 #include "reader/ZXmlElementHandler.h"
 #include "reader/handlers/TagCounts.h"
 
-#include <ZeKL/IConversion.h>
-#include <ZeKL/IEcu.h>
-#include <ZeKL/IInstance.h>
+#include "model/ZModelBuilder.h"
+
 #include <ZeKL/IReporting.h>
 
 #include <memory>
@@ -23,7 +22,7 @@ class ZKLXmlParser;
 
 // What every handler of one parse is given.
 struct ZKLXEHContext {
-    IEcu* ecu = nullptr;                         // the ECU being filled; not owned
+    ZModelBuilder* builder = nullptr;            // builds the ECU of the read; not owned
     ZKLXmlElementStack* elementStack = nullptr;  // the parse's stack; not owned
     ZKLXmlParser* parser = nullptr;              // not owned
     std::shared_ptr<IReporting> reporting;       // may be empty: then nothing is reported
@@ -50,12 +49,7 @@ public:
 
 protected:
     // Appends a record for the element and its item.
-    void AddElement(const XMLCh* tag, IModelItem* item);
-    // The same for a message, instance or conversion element; the record also keeps the
-    // typed item.
-    void AddMessageElement(const XMLCh* tag, IMessage* message, ZMessage* model = nullptr);
-    void AddInstanceElement(const XMLCh* tag, IInstance* instance, ZInstance* model = nullptr);
-    void AddConversionElement(const XMLCh* tag, IConversion* conversion);
+    void AddElement(const XMLCh* tag, ZModelItem* item);
     // Reports that the element yields no item and appends a record without one, so that open
     // and close tags still pair up on the stack.
     void AddEmptyElement(const XMLCh* tag);
@@ -71,20 +65,18 @@ protected:
     void ReportText(int32_t level, const char* text) const;
 
     // The model item of the record on top of the stack (the not-supported item for an empty
-    // record); null when the stack is empty.
-    IModelItem* TopItem() const;
-    // The message of the record on top of the stack when it was added by AddMessageElement;
-    // null otherwise (then TopItem tells what is there).
-    IMessage* TopMessage() const;
-    // The same message or instance with its own type when the record has it; null otherwise.
-    ZMessage* TopModelMessage() const;
-    ZInstance* TopModelInstance() const;
-    // The item of the record on top of the stack as an instance or a conversion; null when it
-    // is none.
-    IInstance* TopInstance() const;
-    IConversion* TopConversion() const;
+    // record or a record of another kind); null when the stack is empty.
+    ZModelItem* TopItem() const;
+    // The same item as its own type T, or null when it is none.
+    template <typename T>
+    T* TopAs() const {
+        ZModelItem* top = TopItem();
+        return top != nullptr ? top->As<T>() : nullptr;
+    }
 
-    IEcu* Ecu() const { return ecu_; }
+    // The builder of the read and its ECU; null without a builder.
+    ZModelBuilder* Builder() const { return builder_; }
+    ZEcu* Ecu() const { return builder_ != nullptr ? builder_->Ecu() : nullptr; }
     ZKLXmlElementStack* ElementStack() const { return elementStack_; }
     ZKLXmlParser* Parser() const { return parser_; }
     // The handler's tag as UTF-8.
@@ -92,20 +84,12 @@ protected:
 
 private:
     const std::string& NarrowTagOf(const XMLCh* tag);
-    // The record on top of the stack when it is a record of this reader; null otherwise.
-    const ZKLXmlElement* TopRecord() const;
-    // One typed item of the top record (see ZKLXmlElement); null without a record.
-    template <typename T>
-    T* TopTyped(T* (ZKLXmlElement::*get)() const) const {
-        const ZKLXmlElement* top = TopRecord();
-        return top != nullptr ? (top->*get)() : nullptr;
-    }
 
     std::shared_ptr<IReporting> reporting_;
     // Only the last record is kept: it is all GetCurrentElement can hand out; the stack holds
     // the records of the open elements.
     std::shared_ptr<ZKLXmlElement> current_;
-    IEcu* ecu_;
+    ZModelBuilder* builder_;
     ZKLXmlElementStack* elementStack_;
     ZKLXmlParser* parser_;
     TagCounts ownCounts_;

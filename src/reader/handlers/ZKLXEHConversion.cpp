@@ -63,15 +63,12 @@ void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& at
         AddEmptyElement(tag);
         return;
     }
-    if (Ecu() == nullptr) {
+    if (Builder() == nullptr || Ecu() == nullptr) {
         AddEmptyElement(tag);
         return;
     }
     const std::string idText = Platform::Utf16ToUtf8(id);
-    IConversionContainer* conversions = Ecu()->GetConversionContainer();
-    const uint32_t index = conversions->AddConversion(
-        idText.c_str(), static_cast<uint32_t>(ConversionKind::Formula), factor, offset);
-    IConversion* conversion = index != InvalidIndex ? conversions->GetConversion(index) : nullptr;
+    ZConversion* conversion = Builder()->AddConversion(idText.c_str(), factor, offset);
     if (conversion == nullptr) {
         if (Wants(ReportLevelError)) {
             Report(ReportLevelError, Msg::kConversionUsedBegin + idText + Msg::kConversionUsedEnd);
@@ -79,7 +76,7 @@ void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& at
         AddEmptyElement(tag);
         return;
     }
-    AddConversionElement(tag, conversion);
+    AddElement(tag, conversion);
 }
 
 void ZKLXEHConversion::EndElement(const XMLCh* /*tag*/) {

@@ -16,12 +16,13 @@ void ZKLXEHEcu::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
     if (const XMLCh* text = attributes.getValue(u"protocol")) {
         protocol = ModelUtils().ProtocolFromName(Platform::Utf16ToUtf8(text).c_str());
     }
-    if (Ecu() == nullptr) {
+    ZEcu* ecu = Ecu();
+    if (ecu == nullptr) {
         AddEmptyElement(tag);
         return;
     }
-    Ecu()->SetProtocol(protocol);
-    AddElement(tag, Ecu());
+    ecu->SetProtocol(protocol);
+    AddElement(tag, ecu);
 }
 
 void ZKLXEHEcu::EndElement(const XMLCh* /*tag*/) {

@@ -17,20 +17,12 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
         AddEmptyElement(tag);
         return;
     }
-    if (Ecu() == nullptr) {
+    if (Builder() == nullptr || Ecu() == nullptr) {
         AddEmptyElement(tag);
         return;
     }
     const std::string id = Platform::Utf16ToUtf8(idText);
-    IInstanceContainer* instances = Ecu()->GetInstanceContainer();
-    const uint32_t index = instances->AddInstance(id.c_str());
-    // The model's container gives null for an index out of range, InvalidIndex included.
-    ZEcu* modelEcu = ModelEcu();
-    ZInstance* model = modelEcu != nullptr ? modelEcu->GetInstanceContainer()->GetInstance(index) : nullptr;
-    IInstance* instance = model;
-    if (modelEcu == nullptr && index != InvalidIndex) {
-        instance = instances->GetInstance(index);
-    }
+    ZInstance* instance = Builder()->AddInstance(id.c_str());
     if (instance == nullptr) {
         // Unlike the other handlers' texts, this one names no reason.
         if (Wants(ReportLevelError)) {
@@ -39,27 +31,19 @@ void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attr
         AddEmptyElement(tag);
         return;
     }
-    AddInstanceElement(tag, instance, model);
-}
-
-ZEcu* ZKLXEHInstance::ModelEcu() {
-    if (!ecuChecked_) {
-        modelEcu_ = dynamic_cast<ZEcu*>(Ecu());
-        ecuChecked_ = true;
-    }
-    return modelEcu_;
+    AddElement(tag, instance);
 }
 
 void ZKLXEHInstance::EndElement(const XMLCh* /*tag*/) {
     CountClose();
     // The frame pops after EndElement, so the top record is still this element's own.
-    IInstance* instance = TopInstance();
+    ZInstance* instance = TopAs<ZInstance>();
     if (instance == nullptr) {
         ReportText(ReportLevelFatal, Msg::kInstanceCloseNoInstance);
         return;
     }
-    if (!instance->HasNegResponse()) {
-        instance->CreateNegResponse();
+    if (!instance->HasNegResponse() && Builder() != nullptr) {
+        Builder()->CreateMessage(*instance, MessageKindNegResponse);
     }
 }
 

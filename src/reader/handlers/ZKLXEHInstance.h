@@ -5,8 +5,6 @@
 #include "reader/handlers/KLTags.h"
 #include "reader/handlers/ZKLXEH.h"
 
-#include "model/ZEcu.h"
-
 namespace Korvel {
 
 class ZKLXEHInstance : public ZKLXEH {
@@ -15,13 +13,6 @@ public:
     ~ZKLXEHInstance() override;
     void StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) override;
     void EndElement(const XMLCh* tag) override;
-
-private:
-    // The ECU of this read with its own type (null for another implementation), found with one
-    // cast per handler instead of one per instance. The handler's ECU never changes.
-    ZEcu* ModelEcu();
-    bool ecuChecked_ = false;
-    ZEcu* modelEcu_ = nullptr;
 };
 
 }  // namespace Korvel

@@ -57,13 +57,11 @@ void ZKLXEHMap::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
 }
 
 void ZKLXEHMap::AddNrc(const XMLCh* tag, uint8_t code, const XMLCh* text) {
-    if (Ecu() == nullptr) {
+    if (Builder() == nullptr || Ecu() == nullptr) {
         AddEmptyElement(tag);
         return;
     }
-    INrcContainer* nrcs = Ecu()->GetNrcContainer();
-    const uint32_t index = nrcs->AddNrc(code, Platform::Utf16ToUtf8(text).c_str());
-    INrcItem* item = index != InvalidIndex ? nrcs->GetNrc(index) : nullptr;
+    ZNrcItem* item = Builder()->AddNrc(code, Platform::Utf16ToUtf8(text).c_str());
     if (item == nullptr) {
         // The code appears as the raw byte, not as its number; kept as it always was.
         if (Wants(ReportLevelError)) {
@@ -82,9 +80,13 @@ void ZKLXEHMap::AddTextTableElement(const XMLCh* tag, const XMLCh* val, const XM
         AddEmptyElement(tag);
         return;
     }
-    IConversion* conversion = TopConversion();
+    ZConversion* conversion = TopAs<ZConversion>();
     if (conversion == nullptr) {
         ReportText(ReportLevelFatal, Msg::kMapNoConversion);
+        AddEmptyElement(tag);
+        return;
+    }
+    if (Builder() == nullptr) {
         AddEmptyElement(tag);
         return;
     }
@@ -92,8 +94,9 @@ void ZKLXEHMap::AddTextTableElement(const XMLCh* tag, const XMLCh* val, const XM
     conversion->SetType(static_cast<uint32_t>(ConversionKind::ValueTable));
     const std::string valText = Platform::Utf16ToUtf8(val);
     const std::string textText = Platform::Utf16ToUtf8(text);
-    const uint32_t index = conversion->AddTextTableElement(valText.c_str(), textText.c_str());
-    if (index == InvalidIndex) {
+    ZTextTableElement* element =
+        Builder()->AddTextTableElement(*conversion, valText.c_str(), textText.c_str());
+    if (element == nullptr) {
         if (Wants(ReportLevelError)) {
             Report(ReportLevelError, Msg::kMapValueUsedBegin + valText + Msg::kMapValueUsedMiddle + textText +
                                          Msg::kMapValueUsedEnd);
@@ -101,7 +104,7 @@ void ZKLXEHMap::AddTextTableElement(const XMLCh* tag, const XMLCh* val, const XM
         AddEmptyElement(tag);
         return;
     }
-    AddElement(tag, conversion->GetTextTableElement(index));
+    AddElement(tag, element);
 }
 
 void ZKLXEHMap::EndElement(const XMLCh* /*tag*/) {

@@ -3,21 +3,19 @@
 namespace Korvel {
 
 ZKLXEHMessage::ZKLXEHMessage(const XMLCh* tagName, KLTag countSlot, const ReaderMessages::TagTexts& texts,
-                             const char* noInstanceText, const ZKLXEHContext& context)
-    : ZKLXEH(tagName, countSlot, texts, context), noInstanceText_(noInstanceText) {}
+                             const char* noInstanceText, uint32_t messageKind, const ZKLXEHContext& context)
+    : ZKLXEH(tagName, countSlot, texts, context),
+      noInstanceText_(noInstanceText),
+      messageKind_(messageKind) {}
 
 ZKLXEHMessage::~ZKLXEHMessage() = default;
 
 void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
     CountOpen();
-    IMessage* message = nullptr;
-    ZMessage* model = nullptr;
+    ZMessage* message = nullptr;
     if (TopItem() != nullptr) {
-        if (ZInstance* modelInstance = TopModelInstance()) {
-            model = CreateModelMessage(*modelInstance);
-            message = model;
-        } else if (IInstance* instance = TopInstance()) {
-            message = CreateMessage(*instance);
+        if (ZInstance* instance = TopAs<ZInstance>()) {
+            message = Builder() != nullptr ? Builder()->CreateMessage(*instance, messageKind_) : nullptr;
         } else {
             ReportText(ReportLevelFatal, noInstanceText_);
         }
@@ -26,7 +24,7 @@ void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*att
         AddEmptyElement(tag);
         return;
     }
-    AddMessageElement(tag, message, model);
+    AddElement(tag, message);
 }
 
 void ZKLXEHMessage::EndElement(const XMLCh* /*tag*/) {

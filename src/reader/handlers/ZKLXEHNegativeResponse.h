@@ -11,10 +11,6 @@ public:
     explicit ZKLXEHNegativeResponse(const ZKLXEHContext& context,
                                     const XMLCh* tagName = KLTags::kNegativeResponse);
     ~ZKLXEHNegativeResponse() override;
-
-protected:
-    IMessage* CreateMessage(IInstance& instance) override;
-    ZMessage* CreateModelMessage(ZInstance& instance) override;
 };
 
 }  // namespace Korvel

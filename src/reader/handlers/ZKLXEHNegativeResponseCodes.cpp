@@ -9,11 +9,12 @@ ZKLXEHNegativeResponseCodes::~ZKLXEHNegativeResponseCodes() = default;
 
 void ZKLXEHNegativeResponseCodes::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
     CountOpen();
-    if (Ecu() == nullptr) {
+    ZEcu* ecu = Ecu();
+    if (ecu == nullptr) {
         AddEmptyElement(tag);
         return;
     }
-    AddElement(tag, Ecu()->GetNrcContainer());
+    AddElement(tag, &ecu->Nrcs());
 }
 
 void ZKLXEHNegativeResponseCodes::EndElement(const XMLCh* /*tag*/) {

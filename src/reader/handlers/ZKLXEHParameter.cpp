@@ -2,10 +2,7 @@
 
 #include "reader/handlers/AttributeText.h"
 
-#include "model/ZMessage.h"
 #include "platform/Transcode.h"
-
-#include <ZeKL/IMessage.h>
 
 #include <array>
 #include <cstring>
@@ -126,18 +123,14 @@ ZKLXEHParameter::~ZKLXEHParameter() = default;
 
 void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
-    // A record with the model's own message needs no second look at the stack.
-    ZMessage* model = TopModelMessage();
-    IMessage* message = model != nullptr ? model : TopMessage();
-    if (message == nullptr) {
-        if (IModelItem* top = TopItem()) {
-            message = dynamic_cast<IMessage*>(top);
-            if (message == nullptr) {
-                ReportText(ReportLevelFatal, Msg::kParameterNoMessage);
-            }
+    ZMessage* message = nullptr;
+    if (ZModelItem* top = TopItem()) {
+        message = top->As<ZMessage>();
+        if (message == nullptr) {
+            ReportText(ReportLevelFatal, Msg::kParameterNoMessage);
         }
     }
-    IParam* param = message != nullptr ? AddParam(*message, model, attributes) : nullptr;
+    ZParam* param = message != nullptr ? AddParam(*message, attributes) : nullptr;
     if (param == nullptr) {
         AddEmptyElement(tag);
         return;
@@ -145,8 +138,7 @@ void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& att
     AddElement(tag, param);
 }
 
-IParam* ZKLXEHParameter::AddParam(IMessage& message, ZMessage* model,
-                                  const xercesc::AttributeList& attributes) {
+ZParam* ZKLXEHParameter::AddParam(ZMessage& message, const xercesc::AttributeList& attributes) {
     // The first attribute of each name counts, as a search by name would find it.
     const XMLCh* found[kSlotCount] = {};
     const XMLSize_t count = attributes.getLength();
@@ -169,24 +161,20 @@ IParam* ZKLXEHParameter::AddParam(IMessage& message, ZMessage* model,
     const bool texts = id != nullptr && value != nullptr && type != nullptr && unit != nullptr &&
                        semantics != nullptr && convId != nullptr;
     if (bitPos.valid && bitLen.valid && texts) {
+        if (Builder() == nullptr) {
+            return nullptr;
+        }
         // The six texts go into one reused buffer, in the order a parameter keeps them, and the
-        // message copies them.
+        // parameter copies them.
         const XMLCh* const wide[ZParam::kSlotCount] = {convId, semantics, value, type, unit, id};
         ZParam::PackedTexts packed{nullptr, 0, {}};
-        const auto& at = packed.starts;
         packed.size = NarrowAll(scratch_, wide, packed.starts);
         packed.bytes = scratch_.data();
-        const char* texts8 = packed.bytes;
-        const uint32_t index =
-            model != nullptr ? model->AddPackedParam(packed, bitPos.value, bitLen.value)
-                             : message.AddParam(texts8 + at[ZParam::kId], bitPos.value, bitLen.value,
-                                                texts8 + at[ZParam::kValue], texts8 + at[ZParam::kTypeName],
-                                                texts8 + at[ZParam::kUnit], texts8 + at[ZParam::kSemantics],
-                                                texts8 + at[ZParam::kConvId]);
-        IParam* param = index != InvalidIndex ? message.GetParam(static_cast<int>(index)) : nullptr;
+        ZParam* param = Builder()->AddParam(message, packed, bitPos.value, bitLen.value);
         if (param == nullptr && Wants(ReportLevelError)) {
-            Report(ReportLevelError,
-                   Msg::kParameterUsedBegin + std::string(texts8 + at[ZParam::kId]) + Msg::kParameterUsedEnd);
+            Report(ReportLevelError, Msg::kParameterUsedBegin +
+                                         std::string(packed.bytes + packed.starts[ZParam::kId]) +
+                                         Msg::kParameterUsedEnd);
         }
         return param;
     }

@@ -5,8 +5,6 @@
 #include "reader/handlers/KLTags.h"
 #include "reader/handlers/ZKLXEH.h"
 
-#include <ZeKL/IMessage.h>
-
 #include <string>
 
 namespace Korvel {
@@ -19,10 +17,9 @@ public:
     void EndElement(const XMLCh* tag) override;
 
 private:
-    // The new parameter, or null (reported) when an attribute fails or the id is used. `model`
-    // is the same message with its own type when it has one: the texts then go in as they are
-    // narrowed, in one block.
-    IParam* AddParam(IMessage& message, ZMessage* model, const xercesc::AttributeList& attributes);
+    // The new parameter, or null (reported) when an attribute fails or the id is used. The
+    // texts go in as they are narrowed, in one block.
+    ZParam* AddParam(ZMessage& message, const xercesc::AttributeList& attributes);
 
     // UTF-8 texts of the parameter being added, reused from one element to the next.
     std::string scratch_;

@@ -10,10 +10,6 @@ class ZKLXEHRequest : public ZKLXEHMessage {
 public:
     explicit ZKLXEHRequest(const ZKLXEHContext& context, const XMLCh* tagName = KLTags::kRequest);
     ~ZKLXEHRequest() override;
-
-protected:
-    IMessage* CreateMessage(IInstance& instance) override;
-    ZMessage* CreateModelMessage(ZInstance& instance) override;
 };
 
 }  // namespace Korvel

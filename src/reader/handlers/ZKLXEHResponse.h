@@ -10,10 +10,6 @@ class ZKLXEHResponse : public ZKLXEHMessage {
 public:
     explicit ZKLXEHResponse(const ZKLXEHContext& context, const XMLCh* tagName = KLTags::kResponse);
     ~ZKLXEHResponse() override;
-
-protected:
-    IMessage* CreateMessage(IInstance& instance) override;
-    ZMessage* CreateModelMessage(ZInstance& instance) override;
 };
 
 }  // namespace Korvel

@@ -1,9 +1,9 @@
-// A read builds its model in the model's own memory (model/ZModelMemory.h); the caller's code
-// that runs during a read never does.
+// A read builds its model in the arena of the ECU it returns (model/ZModelArena.h); the
+// caller's code that runs during a read builds on the heap as always.
 #include "reader/ZKLReaderImpl.h"
 
 #include "model/ZEcu.h"
-#include "model/ZModelMemory.h"
+#include "model/ZModelArena.h"
 
 #include <ZeKL/ZeKL.h>
 
@@ -26,23 +26,24 @@ std::string SampleDocument() {
     return text.str();
 }
 
-std::size_t UsedModelMemory(IEcu& ecu) {
-    auto* model = dynamic_cast<ZEcu*>(&ecu);
-    return model != nullptr ? model->ModelMemory(0).UsedBytes() : 0;
+// The arena of a model that the reader returned (the reader's ECU is the library's own).
+const ZModelArena& ArenaOf(IEcu& ecu) {
+    const ZModelArena* arena = static_cast<ZEcu&>(ecu).ModelArena();
+    EXPECT_NE(arena, nullptr);
+    static const ZModelArena none;
+    return arena != nullptr ? *arena : none;
 }
 
-// A sink of the caller that records which model memory was current while it ran, and builds
-// an item of its own each time, which it keeps beyond the model.
+// A sink of the caller that builds an item of its own for each message, which it keeps beyond
+// the model.
 class BuildingSink : public ReportCollector {
 public:
     BuildingSink() : ReportCollector(ReportLevelDebug) {}
     void Report(int32_t level, const std::string& message) override {
-        currents.push_back(ZModelMemory::Current());
         kept.push_back(GetFactory().CreateInstance());
         kept.back()->SetId("built by the caller's sink, with an id longer than any short text");
         ReportCollector::Report(level, message);
     }
-    std::vector<ZModelMemory*> currents;
     std::vector<std::unique_ptr<IInstance>> kept;
 };
 
@@ -62,34 +63,35 @@ const char kFaultyDocument[] =
 
 }  // namespace
 
-TEST(ZKLReaderImpl_ModelMemory, ARead_BuildsTheModelInItsOwnMemory) {
+TEST(ZKLReaderImpl_Arena, ARead_BuildsTheModelInItsOwnMemory) {
     const std::string text = SampleDocument();
     ASSERT_FALSE(text.empty());
     ZKLReaderImpl reader;
     std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
     ASSERT_NE(ecu, nullptr);
-    EXPECT_EQ(ZModelMemory::Current(), nullptr);
     // Every parameter, message and instance is in it: more than the document's size.
-    EXPECT_GT(UsedModelMemory(*ecu), text.size());
+    EXPECT_GT(ArenaOf(*ecu).UsedBytes(), text.size());
+    const auto* instance =
+        static_cast<const ZModelItem*>(static_cast<ZEcu&>(*ecu).GetInstanceContainer()->GetInstance(0u));
+    EXPECT_EQ(instance->Arena(), &ArenaOf(*ecu));
 }
 
-TEST(ZKLReaderImpl_ModelMemory, AFileRead_BuildsTheModelInItsOwnMemory) {
+TEST(ZKLReaderImpl_Arena, AFileRead_BuildsTheModelInItsOwnMemory) {
     ZKLReaderImpl reader;
     std::unique_ptr<IEcu> ecu =
         reader.ReadFile((std::string(ZEKL_EXAMPLES_DIR) + "/kwp_ecu.xml").c_str(), "");
     ASSERT_NE(ecu, nullptr);
-    EXPECT_EQ(ZModelMemory::Current(), nullptr);
-    EXPECT_GT(UsedModelMemory(*ecu), 0u);
+    EXPECT_GT(ArenaOf(*ecu).UsedBytes(), 0u);
 }
 
-TEST(ZKLReaderImpl_ModelMemory, TheCallersSink_RunsWithTheModelMemoryPutAside) {
+TEST(ZKLReaderImpl_Arena, WhatTheCallersSinkBuilds_IsOnTheHeapAndOutlivesTheModel) {
     BuildingSink sink;
     ZKLReaderImpl reader;
     std::unique_ptr<IEcu> ecu = reader.ReadText(kFaultyDocument, "", sink);
     ASSERT_NE(ecu, nullptr);
-    ASSERT_FALSE(sink.currents.empty());
-    for (ZModelMemory* current : sink.currents) {
-        EXPECT_EQ(current, nullptr);
+    ASSERT_FALSE(sink.kept.empty());
+    for (const auto& instance : sink.kept) {
+        EXPECT_EQ(dynamic_cast<ZModelItem&>(*instance).Arena(), nullptr);
     }
     // What the sink built outlives the model.
     ecu.reset();
@@ -98,7 +100,7 @@ TEST(ZKLReaderImpl_ModelMemory, TheCallersSink_RunsWithTheModelMemoryPutAside) {
     }
 }
 
-TEST(ZKLReaderImpl_ModelMemory, AReadModel_CanBeChangedCopiedAndWrittenAfterTheRead) {
+TEST(ZKLReaderImpl_Arena, AReadModel_CanBeChangedCopiedAndWrittenAfterTheRead) {
     const std::string text = SampleDocument();
     ZKLReaderImpl reader;
     std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
@@ -139,8 +141,9 @@ TEST(ZKLReaderImpl_ModelMemory, AReadModel_CanBeChangedCopiedAndWrittenAfterTheR
     EXPECT_EQ(copy->GetRequest()->GetCount(), count);
 }
 
-TEST(ZKLReaderImpl_ModelMemory, AReadOfALargeDocument_TakesItsMemoryInFewChunks) {
-    // A document of some 2.5 MB: its model takes huge-page chunks, not thousands of small ones.
+TEST(ZKLReaderImpl_Arena, AReadOfALargeDocument_TakesItsMemoryInFewChunks) {
+    // A document of some 2.5 MB: its model takes chunks of the largest size, not thousands of
+    // small ones.
     std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ECU protocol=\"UDS\">\n";
     for (int instance = 0; instance < 2000; ++instance) {
         text += " <INSTANCE id=\"Instance_" + std::to_string(instance) + "\">\n  <REQUEST>\n";
@@ -156,15 +159,13 @@ TEST(ZKLReaderImpl_ModelMemory, AReadOfALargeDocument_TakesItsMemoryInFewChunks)
     std::unique_ptr<IEcu> ecu = reader.ReadText(text, "");
     ASSERT_NE(ecu, nullptr);
     ASSERT_EQ(ecu->GetInstanceContainer()->GetCount(), 2000u);
-    auto* model = dynamic_cast<ZEcu*>(ecu.get());
-    ASSERT_NE(model, nullptr);
-    const ZModelMemory& memory = model->ModelMemory(0);
-    EXPECT_GT(memory.UsedBytes(), text.size());
-    EXPECT_LE(memory.ChunkCount(), memory.ChunkBytes() / (std::size_t{2} << 20) + 2);
-    EXPECT_LE(memory.ChunkBytes(), memory.UsedBytes() + (std::size_t{2} << 20));
+    const ZModelArena& arena = ArenaOf(*ecu);
+    EXPECT_GT(arena.UsedBytes(), text.size());
+    EXPECT_LE(arena.ChunkCount(), arena.ChunkBytes() / ZModelArena::kLargestChunk + 2);
+    EXPECT_LE(arena.ChunkBytes(), arena.UsedBytes() + ZModelArena::kLargestChunk);
 }
 
-TEST(ZKLReaderImpl_ModelMemory, MessagesThatLaterElementsReplace_DoNotPileUp) {
+TEST(ZKLReaderImpl_Arena, MessagesThatLaterElementsReplace_DoNotPileUp) {
     // One instance whose request is given 20,000 times: each replaces the one before, and the
     // memory of the replaced one serves the next.
     std::string text =
@@ -180,7 +181,21 @@ TEST(ZKLReaderImpl_ModelMemory, MessagesThatLaterElementsReplace_DoNotPileUp) {
     ASSERT_NE(ecu, nullptr);
     ASSERT_EQ(ecu->GetInstanceContainer()->GetCount(), 1u);
     EXPECT_EQ(ecu->GetInstanceContainer()->GetInstance(0u)->GetRequest()->GetCount(), 1u);
-    auto* model = dynamic_cast<ZEcu*>(ecu.get());
-    ASSERT_NE(model, nullptr);
-    EXPECT_LT(model->ModelMemory(0).UsedBytes(), std::size_t{64} << 10);
+    EXPECT_LT(ArenaOf(*ecu).UsedBytes(), std::size_t{64} << 10);
+}
+
+// A small document's model takes a page or a few, not a chunk sized for large documents: the
+// arena holds at most 16 KiB more than the model uses.
+TEST(ZKLReaderImpl_Arena, ASmallDocument_TakesLittleMemory) {
+    ZKLReaderImpl reader;
+    std::unique_ptr<IEcu> ecu = reader.ReadText(kFaultyDocument, "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ArenaOf(*ecu).ChunkBytes(), std::size_t{4} << 10);
+    // The empty UDS document with its NRC table: some 2 KB.
+    const std::string text = GetFactory().CreateEmptyUdsDocument(true);
+    ASSERT_GT(text.size(), 1500u);
+    ecu = reader.ReadText(text, "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ecu->GetNrcContainer()->GetCount(), 40u);
+    EXPECT_LE(ArenaOf(*ecu).ChunkBytes(), ArenaOf(*ecu).UsedBytes() + (std::size_t{16} << 10));
 }
