@@ -3,8 +3,10 @@
 // place from the same arguments) and makes the container its parent. `Index` is
 // ZOrderedIndex<Key> or ZTextIndex (see there).
 //
-// A container built with an arena keeps its list and index there; the items the caller adds
-// are made on the heap all the same. The model builder adds items made in the arena.
+// The list and the index are made with the first item: most messages of a large document are
+// small and many are empty, and an empty container then costs two pointers. A container built
+// with an arena keeps its list and index there; the items the caller adds are made on the heap
+// all the same. The model builder adds items made in the arena.
 #pragma once
 
 #include "model/ZModelItem.h"
@@ -17,7 +19,6 @@
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace Korvel {
 
@@ -30,31 +31,23 @@ public:
     using KeyArg = std::conditional_t<std::is_arithmetic_v<Key>, Key, const Key&>;
     using ItemList = ZModelVector<ZItemPtr<Item>>;
 
-    explicit ZContainerBase(ZModelArena* arena = nullptr)
-        : m_items(ZModelAllocator<ZItemPtr<Item>>(arena)), m_index(arena) {}
+    explicit ZContainerBase(ZModelArena* arena = nullptr) { SetArena(arena); }
     ZContainerBase(const ZContainerBase&) = delete;
     ZContainerBase& operator=(const ZContainerBase&) = delete;
-    ~ZContainerBase() override = default;
+    ~ZContainerBase() override { DestroyBody(std::exchange(m_body, nullptr)); }
 
     // The container is empty at once; the old items go after the index, in index order.
-    void Clear() override {
-        ItemList items(m_items.get_allocator());
-        Index index(ListArena());
-        items.swap(m_items);
-        index.Swap(m_index);
-        index.Clear();
-        for (auto& item : items) {
-            item.reset();
-        }
+    void Clear() override { DestroyBody(std::exchange(m_body, nullptr)); }
+
+    uint32_t GetCount() const override {
+        return m_body != nullptr ? static_cast<uint32_t>(m_body->items.size()) : 0;
     }
 
-    uint32_t GetCount() const override { return static_cast<uint32_t>(m_items.size()); }
-
-    virtual bool Contains(KeyArg key) const { return m_index.Find(key) != nullptr; }
+    virtual bool Contains(KeyArg key) const { return FindPosition(key) != nullptr; }
 
     // True and the index when the key is present; the output is untouched otherwise.
     virtual bool GetIndex(KeyArg key, uint32_t& index) const {
-        const uint32_t* found = m_index.Find(key);
+        const uint32_t* found = FindPosition(key);
         if (found == nullptr) {
             return false;
         }
@@ -63,14 +56,16 @@ public:
     }
 
     // Linear: used only by the replace-at-index operations. No two keys share an index.
-    virtual bool GetKey(uint32_t index, Key& key) const { return m_index.KeyOf(index, key); }
+    virtual bool GetKey(uint32_t index, Key& key) const {
+        return m_body != nullptr && m_body->index.KeyOf(index, key);
+    }
 
     // Adds a copy of the prototype under the key; its index, or InvalidIndex when the key is
     // already present (then nothing changes).
     uint32_t AddItem(Key key, const Item& prototype) { return EmplaceItem(key, prototype); }
 
     // The arena of the list and the index; null when they are on the heap.
-    ZModelArena* ListArena() const { return m_items.get_allocator().Arena(); }
+    ZModelArena* ListArena() const { return Arena(); }
 
 protected:
     // Checks the key first, then builds the item on the heap from the arguments.
@@ -83,39 +78,73 @@ protected:
     // key is new.
     template <typename K, typename Make>
     uint32_t EmplaceMade(const K& key, Make&& make) {
-        const auto probe = m_index.Search(key);
+        Body& body = EnsureBody();
+        const auto probe = body.index.Search(key);
         if (probe.found) {
             return InvalidIndex;
         }
-        if (m_items.size() >= InvalidIndex) {
+        if (body.items.size() >= InvalidIndex) {
             throw std::length_error("container is full");
         }
-        const auto index = static_cast<uint32_t>(m_items.size());
-        m_items.push_back(make());
-        m_items.back()->SetParent(this);
+        const auto index = static_cast<uint32_t>(body.items.size());
+        body.items.push_back(make());
+        body.items.back()->SetParent(this);
         try {
-            m_index.InsertAt(probe, key, index);
+            body.index.InsertAt(probe, key, index);
         } catch (...) {
-            m_items.pop_back();
+            body.items.pop_back();
             throw;
         }
         return index;
     }
 
     // The item at an index, or null when out of range.
-    Item* ItemAt(uint32_t index) const { return index < m_items.size() ? m_items[index].get() : nullptr; }
+    Item* ItemAt(uint32_t index) const {
+        return m_body != nullptr && index < m_body->items.size() ? m_body->items[index].get() : nullptr;
+    }
+
+    // The position mapped to a key, or null.
+    template <typename K>
+    const uint32_t* FindPosition(const K& key) const {
+        return m_body != nullptr ? m_body->index.Find(key) : nullptr;
+    }
 
     // The item mapped to a key, or null.
     template <typename K>
     Item* FindItem(const K& key) const {
-        const uint32_t* found = m_index.Find(key);
+        const uint32_t* found = FindPosition(key);
         return found != nullptr ? ItemAt(*found) : nullptr;
     }
+
+    // Calls `visit(item)` for every item in order (items are never null).
+    template <typename Visit>
+    void ForEachItem(Visit&& visit) const {
+        if (m_body != nullptr) {
+            for (const auto& item : m_body->items) {
+                visit(*item);
+            }
+        }
+    }
+
+    // Calls `visit(key, position)` for every key of an ordered index, in key order.
+    template <typename Visit>
+    void ForEachKey(Visit&& visit) const {
+        if (m_body != nullptr) {
+            for (const auto& entry : m_body->index) {
+                visit(entry.first, entry.second);
+            }
+        }
+    }
+
+    // The index, made if there is none yet (it is empty then).
+    Index& KeyIndex() { return EnsureBody().index; }
+    // Room for `count` items without a reallocation.
+    void ReserveItems(std::size_t count) { EnsureBody().items.reserve(count); }
 
     // Puts a new item at an existing index; the old one is destroyed, the index is not touched.
     void ReplaceItemAt(uint32_t index, ZItemPtr<Item> item) {
         item->SetParent(this);
-        m_items[index].swap(item);
+        m_body->items[index].swap(item);
     }
 
     // Replacing an entry at an index drops its key from the index and deliberately leaves the
@@ -128,13 +157,45 @@ protected:
         if (!GetKey(index, key)) {
             return false;
         }
-        m_index.Erase(key);
+        m_body->index.Erase(key);
         ReplaceItemAt(index, std::move(item));
         return true;
     }
 
-    ItemList m_items;
-    Index m_index;
+private:
+    struct Body {
+        explicit Body(ZModelArena* arena) : items(ZModelAllocator<ZItemPtr<Item>>(arena)), index(arena) {}
+        ItemList items;
+        Index index;
+    };
+
+    Body& EnsureBody() {
+        if (m_body == nullptr) {
+            ZModelArena* arena = ListArena();
+            void* block = arena != nullptr ? arena->AllocateItem(sizeof(Body)) : ::operator new(sizeof(Body));
+            m_body = ::new (block) Body(arena);
+        }
+        return *m_body;
+    }
+
+    // The index goes first, then the items in order.
+    void DestroyBody(Body* body) noexcept {
+        if (body == nullptr) {
+            return;
+        }
+        body->index.Clear();
+        for (auto& item : body->items) {
+            item.reset();
+        }
+        body->~Body();
+        if (ListArena() != nullptr) {
+            ListArena()->ReleaseItem(body, sizeof(Body));
+        } else {
+            ::operator delete(body);
+        }
+    }
+
+    Body* m_body = nullptr;
 };
 
 }  // namespace Korvel

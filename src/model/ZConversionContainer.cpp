@@ -33,7 +33,7 @@ const IConversion* ZConversionContainer::FindConversion(const char* id) const {
 }
 
 bool ZConversionContainer::Contains(const char* id) const {
-    return m_index.Find(KeyText(id)) != nullptr;
+    return FindPosition(KeyText(id)) != nullptr;
 }
 
 const IConversion* ZConversionContainer::GetConversion(uint32_t index) const {

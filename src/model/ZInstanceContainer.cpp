@@ -29,7 +29,7 @@ void ZInstanceContainer::Assign(const IInstanceContainer& other) {
 }
 
 bool ZInstanceContainer::Contains(const char* id) const {
-    return m_index.Find(KeyText(id)) != nullptr;
+    return FindPosition(KeyText(id)) != nullptr;
 }
 
 const IInstance* ZInstanceContainer::GetInstance(const char* id) const {

@@ -28,11 +28,7 @@ ZMessage::~ZMessage() = default;
 
 void ZMessage::AddParamsOf(const IMessage& other) {
     if (const auto* same = dynamic_cast<const ZMessage*>(&other)) {
-        for (const auto& param : same->m_items) {
-            if (param) {
-                AddParam(*param);
-            }
-        }
+        same->ForEachItem([this](const ZParam& param) { AddParam(param); });
         return;
     }
     const uint32_t count = other.GetCount();
@@ -52,9 +48,11 @@ void ZMessage::Assign(const ZMessage& other) {
 }
 
 IParam* ZMessage::FindParamBySemantics(SemanticsFlags flags) {
-    for (const auto& param : m_items) {
-        if (param && (param->GetSemanticsFlags() & flags) == flags) {
-            return param.get();
+    const uint32_t count = GetCount();
+    for (uint32_t index = 0; index < count; ++index) {
+        ZParam* param = ItemAt(index);
+        if ((param->GetSemanticsFlags() & flags) == flags) {
+            return param;
         }
     }
     return nullptr;
@@ -88,8 +86,8 @@ uint32_t ZMessage::AddParam(ZModelArena* arena, const ZParam::PackedTexts& texts
                             uint32_t bitLen) {
     // Messages hold a few parameters each: room for four at the first spares the first
     // reallocations.
-    if (m_items.capacity() == 0) {
-        m_items.reserve(kFirstCapacity);
+    if (GetCount() == 0) {
+        ReserveItems(kFirstCapacity);
     }
     const std::string_view id(texts.bytes + texts.starts[ZParam::kId], texts.Length(ZParam::kId));
     return EmplaceMade(id, [&]() { return ZParam::Make(arena, texts, bitPos, bitLen); });
@@ -102,9 +100,7 @@ bool ZMessage::ReplaceParam(uint32_t index, const IParam& param) {
         return false;
     }
     auto replacement = ZParam::Make(nullptr, param);
-    if (const ZParam* old = m_items[index].get()) {
-        m_index.Erase(KeyText(old->GetId()));
-    }
+    KeyIndex().Erase(KeyText(ItemAt(index)->GetId()));
     ReplaceItemAt(index, std::move(replacement));
     return true;
 }
@@ -136,12 +132,14 @@ IParam* ZMessage::GetParam(int index) {
 
 // A repeated id ends up mapped to its last position.
 void ZMessage::ReindexParams() {
-    m_index.Clear();
     const uint32_t count = GetCount();
+    if (count == 0) {
+        return;
+    }
+    ZTextIndex& keys = KeyIndex();
+    keys.Clear();
     for (uint32_t index = 0; index < count; ++index) {
-        if (const ZParam* param = m_items[index].get()) {
-            m_index.Assign(KeyText(param->GetId()), index);
-        }
+        keys.Assign(KeyText(ItemAt(index)->GetId()), index);
     }
 }
 

@@ -155,6 +155,9 @@ void* ZModelArena::AllocateInChunk(std::size_t size) {
     }
     char* block = m_next;
     m_next += rounded;
+    if (m_next > m_ready) {
+        PrefaultUpTo(m_next);
+    }
     m_usedBytes += rounded;
     // Only the bytes asked for: the sanitizer build sees an overrun into the rounding.
     MarkUsable(block, size);
@@ -192,12 +195,24 @@ void ZModelArena::AddChunk(std::size_t need) {
     m_chunks = chunk;
     m_next = base + sizeof(Chunk);
     m_end = base + size;
+    // A huge page comes whole with its first touch.
+    const bool huge = Platform::HugePagesPolicy() && size % Platform::kHugePageSize == 0;
+    m_ready = huge ? m_end : base;
     m_chunkBytes += size;
     ++m_chunkCount;
     WatchForPointers(base, size);
     MarkUnusable(m_next, size - sizeof(Chunk));
 }
 
+void ZModelArena::PrefaultUpTo(char* end) noexcept {
+    const auto offset = static_cast<std::size_t>(end - m_ready);
+    const std::size_t step = (offset + kPrefaultStep - 1) / kPrefaultStep * kPrefaultStep;
+    char* target = static_cast<std::size_t>(m_end - m_ready) < step ? m_end : m_ready + step;
+    Platform::PrefaultPages(m_ready, static_cast<std::size_t>(target - m_ready));
+    m_ready = target;
+}
+
+// A large block is written whole at once (a list moved to it): its pages are prefaulted too.
 void* ZModelArena::AllocateLarge(std::size_t size) {
     if (size > std::numeric_limits<std::size_t>::max() - kSmallestChunk) {
         throw std::bad_alloc();
@@ -207,6 +222,7 @@ void* ZModelArena::AllocateLarge(std::size_t size) {
     if (block == nullptr) {
         throw std::bad_alloc();
     }
+    Platform::PrefaultPages(block, size);
     m_largeBytes += mapped;
     WatchForPointers(block, mapped);
     return block;

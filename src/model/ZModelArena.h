@@ -68,7 +68,10 @@ public:
     // The largest block cut from a chunk. A model's larger blocks (the list of a container of
     // thousands of items) are few; as mappings of their own they waste no chunk space.
     static constexpr std::size_t kLargestBlock = std::size_t{16} << 10;
-    // Chunks are whole pages, from one page up to a huge page.
+    // Chunks are whole pages, from one page up to a huge page. Their pages are prefaulted (where
+    // the build's policy says so) in steps of kPrefaultStep as blocks reach them: one system
+    // call for many page faults, and never many pages that no block uses.
+    static constexpr std::size_t kPrefaultStep = std::size_t{64} << 10;
     static constexpr std::size_t kSmallestChunk = std::size_t{4} << 10;
     static constexpr std::size_t kLargestChunk = std::size_t{2} << 20;
     // Blocks given back up to this size are reused (lists and texts of a message).
@@ -79,6 +82,7 @@ private:
     struct FreeBlock;
 
     void AddChunk(std::size_t need);
+    void PrefaultUpTo(char* end) noexcept;
     void* AllocateLarge(std::size_t size);
     void* AllocateInChunk(std::size_t size);
     void ReleaseInChunk(void* block, std::size_t size) noexcept;
@@ -86,6 +90,7 @@ private:
     Chunk* m_chunks = nullptr;  // the newest first
     char* m_next = nullptr;     // the next free byte of the newest chunk
     char* m_end = nullptr;      // the end of the newest chunk
+    char* m_ready = nullptr;    // prefaulted up to here
     std::size_t m_expectedBytes;
     std::size_t m_chunkBytes = 0;
     std::size_t m_usedBytes = 0;

@@ -65,7 +65,9 @@ public:
         return T::IsKind(Kind()) ? static_cast<T*>(this) : nullptr;
     }
 
-    // The arena the item lives in; null for an item on the heap.
+    // The arena the item lives in; null for an item on the heap. A container that is a member
+    // of another item (the ECU's, a conversion's table) lives in its holder's block; its arena
+    // is the one its list and index are kept in.
     ZModelArena* Arena() const { return m_arena; }
     // Bytes the item's block is known to hold at least (itself and texts still behind it), so
     // that an arena can reuse the block once the item is gone; 0 when unknown.
@@ -77,6 +79,11 @@ public:
     const IModelItem* GetRoot() const override;
     IModelItem* GetRoot() override;
     bool IsSupported() const override;
+
+protected:
+    // For containers made with an arena for their lists; PlaceItem sets the same for an item it
+    // places.
+    void SetArena(ZModelArena* arena) { m_arena = arena; }
 
 private:
     template <typename T, typename Construct>

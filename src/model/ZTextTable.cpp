@@ -26,11 +26,11 @@ void ZTextTable::Assign(const ITextTable& other) {
     }
     Clear();
     if (const auto* source = dynamic_cast<const ZTextTable*>(&other)) {
-        for (const auto& entry : source->m_index) {
-            if (const ZTextTableElement* element = source->ItemAt(entry.second)) {
+        source->ForEachKey([&](const std::string& /*value*/, uint32_t position) {
+            if (const ZTextTableElement* element = source->ItemAt(position)) {
                 AddElement(*element);
             }
-        }
+        });
         return;
     }
     // Another implementation shows no map: its keyed entries are those its own value lookup
@@ -61,7 +61,7 @@ bool ZTextTable::CopyElement(uint32_t index, ZTextTableElement& out) const {
 }
 
 bool ZTextTable::Contains(const char* value) const {
-    return m_index.Find(KeyText(value)) != nullptr;
+    return FindPosition(KeyText(value)) != nullptr;
 }
 
 void ZTextTable::AddElements(const ITextTable& other) {

@@ -118,14 +118,8 @@ bool PrefaultPolicy() noexcept {
     return ZEKL_PREFAULT != 0;
 }
 
-// A huge page comes whole with its first fault and needs no prefaulting.
 void* MapChunk(std::size_t size) noexcept {
-    const bool huge = HugePagesPolicy() && size != 0 && size % kHugePageSize == 0;
-    void* chunk = MapPages(size, huge);
-    if (chunk != nullptr && !huge) {
-        PrefaultPages(chunk, size);
-    }
-    return chunk;
+    return MapPages(size, HugePagesPolicy() && size != 0 && size % kHugePageSize == 0);
 }
 
 void UnmapChunk(void* chunk, std::size_t size) noexcept {

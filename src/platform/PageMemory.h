@@ -34,8 +34,10 @@ void PrefaultPages(void* data, std::size_t size) noexcept;
 bool HugePagesPolicy() noexcept;
 bool PrefaultPolicy() noexcept;
 
-// The upstream of the model arena: a chunk of `size` bytes of zeroed memory under the two
-// policies, or null when the system has none. Give it back with UnmapChunk and the same size.
+// The upstream of the model arena: a chunk of `size` bytes of zeroed memory, or null when the
+// system has none; under the huge-page policy a chunk of kHugePageSize asks for a huge page.
+// Give it back with UnmapChunk and the same size. Its pages come on first touch, or when the
+// arena prefaults them (PrefaultPages) as it hands them out.
 void* MapChunk(std::size_t size) noexcept;
 void UnmapChunk(void* chunk, std::size_t size) noexcept;
 

@@ -2,8 +2,8 @@
 // asks for no static TLS (which a process has little of once it runs) and works when loaded so.
 // This program deliberately does not link the library.
 #include <ZeKL/IEcu.h>
-#include <ZeKL/IKLReader.h>
 #include <ZeKL/IInstanceContainer.h>
+#include <ZeKL/IKLReader.h>
 
 #include <gtest/gtest.h>
 
