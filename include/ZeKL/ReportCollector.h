@@ -18,8 +18,15 @@ ZEKL_API const char* ReportLevelName(int32_t level);
 // Filters by report level, keeps warnings and errors in their lists like the reader's own
 // sink, and in addition records every handled message in arrival order. Output writes the
 // line "LEVEL: message" to the debug output as the reader's own sink does.
+//
+// A hostile document can make millions of messages, so the texts of only the first
+// kMaxKeptMessages handled messages are kept; the counts stay exact, and each list then ends
+// with one line saying how many were left out (at the most severe level left out, in
+// GetMessages).
 class ZEKL_API ReportCollector : public IReporting {
 public:
+    static constexpr uint32_t kMaxKeptMessages = 10000;
+
     explicit ReportCollector(int32_t reportLevel = ReportLevelError);
     ~ReportCollector() override;
     void Debug(const std::string& message) override;
@@ -35,13 +42,24 @@ public:
     const std::vector<std::string>& GetWarnings() const override;
     const std::vector<std::string>& GetErrors() const override;
     void Output(const std::string& levelName, const std::string& message) override;
-    // Every handled message, in arrival order.
+    // Every handled message, in arrival order (see kMaxKeptMessages).
     const std::vector<ReadMessage>& GetMessages() const;
+    // Handled messages whose texts were not kept; 0 when all were.
+    uint64_t GetLeftOutCount() const;
 
 private:
-    std::vector<std::string> warnings_;
-    std::vector<std::string> errors_;
-    std::vector<ReadMessage> messages_;
+    void UpdateLeftOutLines() const;
+
+    mutable std::vector<std::string> warnings_;
+    mutable std::vector<std::string> errors_;
+    mutable std::vector<ReadMessage> messages_;
+    uint64_t warningCount_ = 0;
+    uint64_t errorCount_ = 0;
+    uint64_t leftOut_ = 0;
+    uint64_t warningsLeftOut_ = 0;
+    uint64_t errorsLeftOut_ = 0;
+    int32_t worstLeftOut_ = ReportLevelDebug;
+    mutable bool leftOutLinesCurrent_ = true;
     int32_t reportLevel_;
 };
 

@@ -5,6 +5,8 @@
 
 #include <ZeKL/Types.h>
 
+#include <string>
+
 namespace Korvel::ReaderMessages {
 
 // Reporting sink.
@@ -26,6 +28,12 @@ inline const char* LevelName(int32_t level) {
             return "";
     }
 }
+// The last kept line of a collector that left texts out.
+inline std::string LeftOutText(uint64_t leftOut, uint32_t kept) {
+    return "... " + std::to_string(leftOut) + " more message(s) left out: only the first " +
+           std::to_string(kept) + " are kept";
+}
+
 inline constexpr char kLevelSeparator[] = ": ";
 inline constexpr char kLineEnd[] = "\n";
 

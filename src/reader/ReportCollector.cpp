@@ -3,6 +3,9 @@
 #include "platform/DebugOutput.h"
 #include "reader/ReaderMessages.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace Korvel {
 
 ReportCollector::ReportCollector(int32_t reportLevel) : reportLevel_(reportLevel) {}
@@ -33,13 +36,55 @@ void ReportCollector::Report(int32_t level, const std::string& message) {
     if (level > reportLevel_) {
         return;
     }
-    if (level == ReportLevelWarn) {
-        warnings_.push_back(message);
-    } else if (level == ReportLevelFatal || level == ReportLevelError) {
-        errors_.push_back(message);
+    const bool warning = level == ReportLevelWarn;
+    const bool error = level == ReportLevelFatal || level == ReportLevelError;
+    warningCount_ += warning ? 1 : 0;
+    errorCount_ += error ? 1 : 0;
+    if (leftOut_ == 0 && messages_.size() < kMaxKeptMessages) {
+        if (warning) {
+            warnings_.push_back(message);
+        } else if (error) {
+            errors_.push_back(message);
+        }
+        messages_.push_back(ReadMessage{level, message});
+    } else {
+        ++leftOut_;
+        warningsLeftOut_ += warning ? 1 : 0;
+        errorsLeftOut_ += error ? 1 : 0;
+        worstLeftOut_ = std::min(worstLeftOut_, level);
+        leftOutLinesCurrent_ = false;
     }
-    messages_.push_back(ReadMessage{level, message});
     Output(ReaderMessages::LevelName(level), message);
+}
+
+// The lines that say how many texts were left out are written when a list is asked for, not
+// for each message left out.
+void ReportCollector::UpdateLeftOutLines() const {
+    if (leftOutLinesCurrent_) {
+        return;
+    }
+    const auto update = [](auto& list, std::size_t kept, auto&& line) {
+        if (list.size() > kept) {
+            list.back() = line;
+        } else {
+            list.push_back(line);
+        }
+    };
+    update(messages_, kMaxKeptMessages,
+           ReadMessage{worstLeftOut_, ReaderMessages::LeftOutText(leftOut_, kMaxKeptMessages)});
+    if (warningsLeftOut_ > 0) {
+        update(warnings_, warningCount_ - warningsLeftOut_,
+               ReaderMessages::LeftOutText(warningsLeftOut_, kMaxKeptMessages));
+    }
+    if (errorsLeftOut_ > 0) {
+        update(errors_, errorCount_ - errorsLeftOut_,
+               ReaderMessages::LeftOutText(errorsLeftOut_, kMaxKeptMessages));
+    }
+    leftOutLinesCurrent_ = true;
+}
+
+uint64_t ReportCollector::GetLeftOutCount() const {
+    return leftOut_;
 }
 
 void ReportCollector::SetReportLevel(int32_t level) {
@@ -50,19 +95,22 @@ int32_t ReportCollector::GetReportLevel() const {
     return reportLevel_;
 }
 
+// Counts beyond the 32 bits of the interface stay at the largest number it can give.
 uint32_t ReportCollector::GetWarningCount() const {
-    return static_cast<uint32_t>(warnings_.size());
+    return static_cast<uint32_t>(std::min<uint64_t>(warningCount_, UINT32_MAX));
 }
 
 uint32_t ReportCollector::GetErrorCount() const {
-    return static_cast<uint32_t>(errors_.size());
+    return static_cast<uint32_t>(std::min<uint64_t>(errorCount_, UINT32_MAX));
 }
 
 const std::vector<std::string>& ReportCollector::GetWarnings() const {
+    UpdateLeftOutLines();
     return warnings_;
 }
 
 const std::vector<std::string>& ReportCollector::GetErrors() const {
+    UpdateLeftOutLines();
     return errors_;
 }
 
@@ -77,6 +125,7 @@ void ReportCollector::Output(const std::string& levelName, const std::string& me
 }
 
 const std::vector<ReadMessage>& ReportCollector::GetMessages() const {
+    UpdateLeftOutLines();
     return messages_;
 }
 

@@ -1,9 +1,12 @@
 #include <ZeKL/ReportCollector.h>
+#include <ZeKL/ZeKL.h>
 
 #include "DebugCapture.h"
 #include "reader/ZKLReportingHandler.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
 
 using Korvel::ReportCollector;
 using Korvel::ZKLReportingHandler;
@@ -149,4 +152,57 @@ TEST(ZKLReportingHandler_Construction, StartsWithReportLevel2AndEmptyLists) {
     EXPECT_EQ(sink.GetErrorCount(), 1u);
     ASSERT_EQ(capture.Lines().size(), 1u);
     EXPECT_EQ(capture.Lines()[0], "ERROR: shown\n");
+}
+
+// Beyond the first kMaxKeptMessages texts only the counts grow; each list ends with one line
+// that says how many were left out, and every message still reaches Output.
+TEST(ReportCollector_Bound, KeepsTheFirstTextsAndCountsTheRestExactly) {
+    RedirectingCollector sink(Korvel::ReportLevelDebug);
+    const uint32_t kept = ReportCollector::kMaxKeptMessages;
+    for (uint32_t index = 0; index < kept; ++index) {
+        sink.Report(Korvel::ReportLevelWarn, "warning " + std::to_string(index));
+    }
+    EXPECT_EQ(sink.GetLeftOutCount(), 0u);
+    EXPECT_EQ(sink.GetMessages().size(), kept);
+    sink.Report(Korvel::ReportLevelWarn, "one more warning");
+    sink.Report(Korvel::ReportLevelError, "an error");
+    sink.Report(Korvel::ReportLevelInfo, "some info");
+    EXPECT_EQ(sink.GetWarningCount(), kept + 1);
+    EXPECT_EQ(sink.GetErrorCount(), 1u);
+    EXPECT_EQ(sink.GetLeftOutCount(), 3u);
+    EXPECT_EQ(sink.lines.size(), kept + 3u);
+    const auto& messages = sink.GetMessages();
+    ASSERT_EQ(messages.size(), kept + 1u);
+    EXPECT_EQ(messages[kept - 1].text, "warning " + std::to_string(kept - 1));
+    EXPECT_EQ(messages.back().level, Korvel::ReportLevelError);
+    EXPECT_EQ(messages.back().text, "... 3 more message(s) left out: only the first 10000 are kept");
+    ASSERT_EQ(sink.GetWarnings().size(), kept + 1u);
+    EXPECT_EQ(sink.GetWarnings().back(), "... 1 more message(s) left out: only the first 10000 are kept");
+    ASSERT_EQ(sink.GetErrors().size(), 1u);
+    EXPECT_EQ(sink.GetErrors().back(), "... 1 more message(s) left out: only the first 10000 are kept");
+    // Later messages update the one line instead of adding lines.
+    sink.Report(Korvel::ReportLevelFatal, "fatal");
+    ASSERT_EQ(sink.GetMessages().size(), kept + 1u);
+    EXPECT_EQ(sink.GetMessages().back().level, Korvel::ReportLevelFatal);
+    EXPECT_EQ(sink.GetMessages().back().text,
+              "... 4 more message(s) left out: only the first 10000 are kept");
+    EXPECT_EQ(sink.GetErrors().back(), "... 2 more message(s) left out: only the first 10000 are kept");
+    EXPECT_EQ(sink.GetErrorCount(), 2u);
+}
+
+// A document of 100,000 elements that each give messages: the reader's read keeps no more
+// texts than the bound, in the caller's collector and in its own sink alike.
+TEST(ReportCollector_Bound, AHostileReadKeepsBoundedTexts) {
+    std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ECU protocol=\"UDS\">\n";
+    for (int index = 0; index < 100000; ++index) {
+        text += "<INSTANCE/>\n";
+    }
+    text += "</ECU>\n";
+    ReportCollector sink(Korvel::ReportLevelWarn);
+    const auto ecu = Korvel::GetKLReader().ReadText(text, "", sink);
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(sink.GetErrorCount(), 200000u);
+    EXPECT_EQ(sink.GetWarningCount(), 100000u);
+    EXPECT_EQ(sink.GetMessages().size(), ReportCollector::kMaxKeptMessages + 1u);
+    EXPECT_EQ(sink.GetLeftOutCount(), 300000u - ReportCollector::kMaxKeptMessages);
 }
