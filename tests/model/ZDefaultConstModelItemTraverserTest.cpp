@@ -1,5 +1,6 @@
 #include "model/ZDefaultConstModelItemTraverser.h"
 
+#include "model/RecordingVisitor.h"
 #include "model/ZEcu.h"
 #include "model/ZNotSupportedItem.h"
 
@@ -99,10 +100,19 @@ private:
     }
 };
 
-TEST(DefaultTraverser_Operations, DoNothing) {
-    ZDefaultConstModelItemTraverser traverser;
+// A traverser that is also a visitor, as the writer is, but overrides no traverser operation:
+// the default operations visit nothing, so none of the model's items reaches the visitor.
+class SilentTraverser : public ZDefaultConstModelItemTraverser, public test::RecordingVisitor {};
+
+TEST(DefaultTraverser_Operations, VisitNothingOfTheModel) {
     ZEcu ecu;
     ecu.GetNrcContainer()->AddNrc(1, "a");
+    ecu.GetInstanceContainer()->AddInstance("i");
+    IInstance* instance = ecu.GetInstanceContainer()->GetInstance(0u);
+    instance->CreateRequest()->AddParam("sid", 0, 8, "22", "none", "", "SID", "");
+    ecu.GetConversionContainer()->AddConversion("c_ValueTable", 2, 1.0, 0.0);
+    ecu.GetConversionContainer()->GetConversion(0u)->AddTextTableElement("1", "on");
+    SilentTraverser traverser;
     IConstModelItemTraverser& base = traverser;
     base.Traverse(ecu);
     base.TraverseEcu(ecu);
@@ -111,11 +121,23 @@ TEST(DefaultTraverser_Operations, DoNothing) {
     base.TraverseNrcContainer(*ecu.GetNrcContainer());
     base.WalkNrcContainer(*ecu.GetNrcContainer());
     base.LeaveNrcContainer(*ecu.GetNrcContainer());
-    base.TraverseNrcItem(*ecu.GetNrcContainer()->GetNrc(0u));
+    base.TraverseInstanceContainer(*ecu.GetInstanceContainer());
+    base.WalkInstanceContainer(*ecu.GetInstanceContainer());
+    base.TraverseInstance(*instance);
+    base.WalkInstance(*instance);
+    base.TraverseRequest(*instance->GetRequest());
+    base.WalkRequest(*instance->GetRequest());
+    base.TraverseConversionContainer(*ecu.GetConversionContainer());
+    base.WalkConversionContainer(*ecu.GetConversionContainer());
+    base.TraverseConversion(*ecu.GetConversionContainer()->GetConversion(0u));
+    base.WalkConversion(*ecu.GetConversionContainer()->GetConversion(0u));
     base.TraverseNotSupported(*ZNotSupportedItem::GetInstance());
     base.WalkNotSupported(*ZNotSupportedItem::GetInstance());
     base.LeaveNotSupported(*ZNotSupportedItem::GetInstance());
-    EXPECT_EQ(ecu.GetNrcContainer()->GetCount(), 1u);
+    EXPECT_TRUE(traverser.calls.empty());
+    // The same object does record what is handed to it as a visitor.
+    ecu.Accept(static_cast<IConstModelItemVisitor&>(traverser));
+    EXPECT_EQ(traverser.calls, std::vector<std::string>{"Ecu"});
 }
 
 TEST(DefaultTraverser_Override, ReachesEveryItemOfAModelThroughAccept) {
