@@ -15,6 +15,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace Korvel {
 
@@ -46,6 +47,25 @@ public:
     bool TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t index, uint8_t& value);
 
     const TagCounts::Pair& GetCounts() const { return (*tagCounts_)[countSlot_]; }
+
+    // Calls `visit(index, name)` for each attribute whose name can be had, in order; an
+    // attribute without a name is reported with the text `nameFailedBegin`, its index and "!".
+    template <typename Visit>
+    void ForEachNamedAttribute(const xercesc::AttributeList& attributes, const char* nameFailedBegin,
+                               Visit&& visit) {
+        const XMLSize_t count = attributes.getLength();
+        for (XMLSize_t index = 0; index < count; ++index) {
+            const XMLCh* name = attributes.getName(index);
+            if (name == nullptr) {
+                if (Wants(ReportLevelError)) {
+                    Report(ReportLevelError,
+                           nameFailedBegin + std::to_string(index) + ReaderMessages::kNameFailedEnd);
+                }
+                continue;
+            }
+            visit(index, std::basic_string_view<XMLCh>(name));
+        }
+    }
 
 protected:
     // Appends a record for the element and its item.

@@ -30,34 +30,22 @@ void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& at
     bool hasOffset = false;
     double factor = 0.0;
     double offset = 0.0;
-    const XMLSize_t count = attributes.getLength();
-    for (XMLSize_t index = 0; index < count; ++index) {
-        const XMLCh* name = attributes.getName(index);
-        if (name == nullptr) {
-            if (Wants(ReportLevelError)) {
-                Report(ReportLevelError,
-                       Msg::kConversionNameFailedBegin + std::to_string(index) + Msg::kNameFailedEnd);
-            }
-            continue;
-        }
-        const WideView attribute(name);
-        const XMLCh* value = attributes.getValue(index);
-        if (attribute == u"id") {
-            if (HasText(value)) {
-                id = value;
-            }
-        } else if (attribute == u"factor") {
-            if (HasText(value)) {
-                factor = AttributeText::Atof(value);
-                hasFactor = true;
-            }
-        } else if (attribute == u"offset") {
-            if (HasText(value)) {
-                offset = AttributeText::Atof(value);
-                hasOffset = true;
-            }
-        }
-    }
+    ForEachNamedAttribute(attributes, Msg::kConversionNameFailedBegin,
+                          [&](XMLSize_t index, WideView attribute) {
+                              const XMLCh* value = attributes.getValue(index);
+                              if (!HasText(value)) {
+                                  return;
+                              }
+                              if (attribute == u"id") {
+                                  id = value;
+                              } else if (attribute == u"factor") {
+                                  factor = AttributeText::Atof(value);
+                                  hasFactor = true;
+                              } else if (attribute == u"offset") {
+                                  offset = AttributeText::Atof(value);
+                                  hasOffset = true;
+                              }
+                          });
     if (id == nullptr || !hasFactor || !hasOffset) {
         ReportText(ReportLevelError, Msg::kConversionMissing);
         AddEmptyElement(tag);

@@ -23,17 +23,7 @@ void ZKLXEHMap::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
     bool hasNrc = false;
     const XMLCh* val = nullptr;
     const XMLCh* text = nullptr;
-    const XMLSize_t count = attributes.getLength();
-    for (XMLSize_t index = 0; index < count; ++index) {
-        const XMLCh* name = attributes.getName(index);
-        if (name == nullptr) {
-            if (Wants(ReportLevelError)) {
-                Report(ReportLevelError,
-                       Msg::kMapNameFailedBegin + std::to_string(index) + Msg::kNameFailedEnd);
-            }
-            continue;
-        }
-        const WideView attribute(name);
+    ForEachNamedAttribute(attributes, Msg::kMapNameFailedBegin, [&](XMLSize_t index, WideView attribute) {
         if (attribute == u"nrc") {
             hasNrc = TryGetByteValue(attributes, index, code);
         } else if (attribute == u"val") {
@@ -41,7 +31,7 @@ void ZKLXEHMap::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
         } else if (attribute == u"text") {
             text = attributes.getValue(index);
         }
-    }
+    });
     const bool hasVal = val != nullptr;
     if (hasNrc == hasVal || text == nullptr) {
         // In this one case nothing is appended: the frame then sees this handler's previous
