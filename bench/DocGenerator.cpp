@@ -1,9 +1,13 @@
 #include "DocGenerator.h"
 
+#include <ZeKL/ZeKL.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
+#include <memory>
 #include <vector>
 
 namespace ZeKLBench {
@@ -137,51 +141,11 @@ const char* const kTexts[] = {
 
 struct Nrc {
     unsigned code;
-    const char* text;
+    std::string text;
 };
 
-// The UDS default table, then manufacturer-specific codes with escaped and non-ASCII texts.
-const Nrc kNrcs[] = {
-    {16, "General reject"},
-    {17, "Service not supported"},
-    {18, "Sub-function not supported"},
-    {19, "Incorrect Message Length or Invalid Format"},
-    {20, "Response too long"},
-    {33, "Busy - repeat request"},
-    {34, "Conditions not correct"},
-    {36, "Request Sequence Error"},
-    {37, "No response from subnet component"},
-    {38, "Failure prevents execution of requested action"},
-    {49, "Request out of range"},
-    {51, "Security access denied"},
-    {53, "Invalid key"},
-    {54, "Exceed number of attempts"},
-    {55, "Required time delay not expired"},
-    {112, "Upload Download not accepted"},
-    {113, "Transfer suspended"},
-    {114, "General Programming Failure"},
-    {115, "Wrong Block Sequence Counter"},
-    {120, "Request correctly received - response pending"},
-    {126, "Sub-function not supported in active session"},
-    {127, "Service not supported in active session"},
-    {129, "RPM too high"},
-    {130, "RPM too low"},
-    {131, "Engine is running"},
-    {132, "Engine is not running"},
-    {133, "Engine Run time too low"},
-    {134, "Temperature too high"},
-    {135, "Temperature too low"},
-    {136, "Vehicle speed too high"},
-    {137, "Vehicle speed to low"},
-    {138, "Throttle/Pedal too high"},
-    {139, "Throttle/Pedal too low"},
-    {140, "Transmission range not in neutral"},
-    {141, "Transmission range not in gear"},
-    {143, "Brake Switch(es) not closed"},
-    {144, "Shifter level not in park"},
-    {145, "Torque converter clutch locked"},
-    {146, "Voltage too high"},
-    {147, "Voltage too low"},
+// Manufacturer-specific codes with escaped and non-ASCII texts, after the protocol's own.
+const Nrc kManufacturerNrcs[] = {
     {240, "Z\xC3\xBCndung aus & Motor l\xC3\xA4uft nicht"},
     {241, "Spannung < 9 V"},
     {242,
@@ -189,10 +153,26 @@ const Nrc kNrcs[] = {
      "C"},
     {243, "Fahrzeug nicht in \"P\""},
     {244,
-     "Wegfahrsperre aktiv \xE2\x80\x93 Schl\xC3\xBCssel pr\xC3\xBC"
+     "Wegfahrsperre aktiv \xE2\x80\x93 Schl\xC3\xBC"
+     "ssel pr\xC3\xBC"
      "fen"},
     {245, "Service's lock"},
 };
+
+// The UDS default table as the library gives it with a new document, then the codes above.
+std::vector<Nrc> NrcTable() {
+    std::vector<Nrc> table;
+    const std::unique_ptr<Korvel::IEcu> empty = Korvel::GetKLReader().ReadText(
+        CreateXmlForEmptyEcu(static_cast<int32_t>(Korvel::ProtocolUds), 1), "");
+    if (empty != nullptr) {
+        const Korvel::INrcContainer& nrcs = *empty->GetNrcContainer();
+        for (uint32_t index = 0; index < nrcs.GetCount(); ++index) {
+            table.push_back(Nrc{nrcs.GetNrc(index)->GetCode(), nrcs.GetNrc(index)->GetText()});
+        }
+    }
+    table.insert(table.end(), std::begin(kManufacturerNrcs), std::end(kManufacturerNrcs));
+    return table;
+}
 
 struct Factor {
     double factor;
@@ -331,11 +311,11 @@ public:
         out.reserve(kFlushSize + 64 * 1024);
         out += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ECU protocol=\"UDS\">\n";
         out += " <NEGATIVE_RESPONSE_CODES>\n";
-        for (const Nrc& nrc : kNrcs) {
+        for (const Nrc& nrc : NrcTable()) {
             out += "  <MAP nrc=\"";
             AppendUInt(out, nrc.code);
             out += "\" text=\"";
-            AppendEscaped(out, nrc.text);
+            AppendEscaped(out, nrc.text.c_str());
             out += "\"/>\n";
             ++stats_.nrcs;
         }
