@@ -3,6 +3,7 @@
 #pragma once
 
 #include "reader/ZKLReaderImpl.h"
+#include "reader/handlers/ZKLXEH.h"
 
 #include <ZeKL/ZeKL.h>
 
@@ -55,6 +56,20 @@ inline std::unique_ptr<ReadResult> Read(const std::string& document) {
     result->ecu = reader.ReadText(document, "", result->sink);
     return result;
 }
+
+// What a tag handler is given in a read: a model builder, an element stack and a recording
+// sink, for tests that drive one handler directly.
+struct HandlerSetup {
+    HandlerSetup() {
+        context.builder = &builder;
+        context.elementStack = &stack;
+        context.reporting = sink;
+    }
+    std::shared_ptr<Korvel::ReportCollector> sink = std::make_shared<Korvel::ReportCollector>(Korvel::ReportLevelDebug);
+    Korvel::ZModelBuilder builder;
+    Korvel::ZKLXmlElementStack stack;
+    Korvel::ZKLXEHContext context;
+};
 
 inline std::string Warning(const std::string& tag) {
     return "WARN: WARNING: Adding empty ZKLXmlElement to buffer (used by XML stack), because no KL item "

@@ -68,15 +68,10 @@ TEST(ZKLXEHConversion_Open, UsedIdIsRefused) {
 }
 
 TEST(ZKLXEHConversion_Open, UnnamedAttributeIsReportedAndSkipped) {
-    auto sink = std::make_shared<ReportCollector>(ReportLevelDebug);
-    ZModelBuilder builder;
-    ZEcu* ecu = builder.Ecu();
-    ZKLXmlElementStack stack;
-    ZKLXEHContext context;
-    context.builder = &builder;
-    context.elementStack = &stack;
-    context.reporting = sink;
-    ZKLXEHConversion handler(context);
+    ReaderTest::HandlerSetup setup;
+    const auto& sink = setup.sink;
+    ZEcu* ecu = setup.builder.Ecu();
+    ZKLXEHConversion handler(setup.context);
     ReaderTest::FakeAttributes attributes;
     attributes.Add(u"id", u"c");
     attributes.Add(nullptr, u"x");

@@ -168,15 +168,10 @@ TEST(ZKLXEHMap_TextTable, UnderARefusedConversionFindsTheNotSupportedItem) {
 }
 
 TEST(ZKLXEHMap_Open, UnnamedAttributeIsReportedAndSkipped) {
-    auto sink = std::make_shared<ReportCollector>(ReportLevelDebug);
-    ZModelBuilder builder;
-    ZEcu* ecu = builder.Ecu();
-    ZKLXmlElementStack stack;
-    ZKLXEHContext context;
-    context.builder = &builder;
-    context.elementStack = &stack;
-    context.reporting = sink;
-    ZKLXEHMap handler(context);
+    ReaderTest::HandlerSetup setup;
+    const auto& sink = setup.sink;
+    ZEcu* ecu = setup.builder.Ecu();
+    ZKLXEHMap handler(setup.context);
     ReaderTest::FakeAttributes attributes;
     attributes.Add(nullptr, u"x");
     attributes.Add(u"nrc", u"5");

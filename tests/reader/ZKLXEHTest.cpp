@@ -41,15 +41,11 @@ void AddParameterAttributes(FakeAttributes& attributes, const std::array<const X
 
 class ZKLXEHTest : public ::testing::Test {
 protected:
-    ZKLXEHTest() {
-        context.reporting = sink;
-        context.elementStack = &stack;
-        context.builder = &builder;
-    }
-    std::shared_ptr<ReportCollector> sink = std::make_shared<ReportCollector>(ReportLevelDebug);
-    ZModelBuilder builder;
-    ZKLXmlElementStack stack;
-    ZKLXEHContext context;
+    ReaderTest::HandlerSetup setup;
+    std::shared_ptr<ReportCollector>& sink = setup.sink;
+    ZModelBuilder& builder = setup.builder;
+    ZKLXmlElementStack& stack = setup.stack;
+    ZKLXEHContext& context = setup.context;
 };
 
 }  // namespace
