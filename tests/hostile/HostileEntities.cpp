@@ -55,6 +55,16 @@ void ExpectReadWithoutTheSecret(const ReadResult& result, const char* what) {
     EXPECT_FALSE(ModelMentions(*result.ecu, kSecret)) << what << "\n" << result.AllMessages();
 }
 
+// A scratch folder holding the local files an attack would pull in.
+class HostileEntitiesWithSecrets : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(folder.Valid());
+        WriteSecretFiles(folder);
+    }
+    ScratchFolder folder;
+};
+
 }  // namespace
 
 TEST(HostileEntities, BillionLaughsInAnAttributeIsRefusedWithAFatalMessage) {
@@ -115,10 +125,7 @@ TEST(HostileEntities, InternalParameterEntityRepeatedInTheSubsetIsRefused) {
     ExpectRefusedWithAFatalMessage(*ReadBytes(document));
 }
 
-TEST(HostileEntities, ExternalEntityInContentNeverBringsALocalFileIntoTheModel) {
-    ScratchFolder folder;
-    ASSERT_TRUE(folder.Valid());
-    WriteSecretFiles(folder);
+TEST_F(HostileEntitiesWithSecrets, ExternalEntityInContentNeverBringsALocalFileIntoTheModel) {
     const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY ext SYSTEM \"" +
                                  FileUrl(folder / "secret.xml") +
                                  "\">\n]>\n<ECU protocol=\"UDS\">&ext;</ECU>\n";
@@ -137,37 +144,26 @@ TEST(HostileEntities, ExternalEntityInContentNeverBringsALocalFileIntoTheModel) 
     ExpectRefusedWithAFatalMessage(*relative, "file, relative system id");
 }
 
-TEST(HostileEntities, ExternalEntityInAnAttributeNeverBringsALocalFileIntoTheModel) {
-    ScratchFolder folder;
-    ASSERT_TRUE(folder.Valid());
-    WriteSecretFiles(folder);
+TEST_F(HostileEntitiesWithSecrets, ExternalEntityInAnAttributeNeverBringsALocalFileIntoTheModel) {
     const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY ext SYSTEM \"" +
                                  FileUrl(folder / "secret.txt") +
                                  "\">\n]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>"
                                  "<MAP nrc=\"16\" text=\"&ext;\"/></NEGATIVE_RESPONSE_CODES>"
                                  "<INSTANCE id=\"&ext;\"/></ECU>\n";
-    auto result = ReadBytes(document);
-    ExpectRefusedWithAFatalMessage(*result, "attribute reference");
+    ExpectRefusedWithAFatalMessage(*ReadBytes(document), "attribute reference");
 }
 
-TEST(HostileEntities, ExternalParameterEntityIsNeverLoaded) {
-    ScratchFolder folder;
-    ASSERT_TRUE(folder.Valid());
-    WriteSecretFiles(folder);
+TEST_F(HostileEntitiesWithSecrets, ExternalParameterEntityIsNeverLoaded) {
     // Were the DTD loaded, its attribute defaults would give the instance and the NRC their
     // texts from the local file.
     const std::string document = "<?xml version=\"1.0\"?>\n<!DOCTYPE ECU [\n <!ENTITY % p SYSTEM \"" +
                                  FileUrl(folder / "evil.dtd") +
                                  "\">\n %p;\n]>\n<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES>"
                                  "<MAP nrc=\"16\"/></NEGATIVE_RESPONSE_CODES><INSTANCE/></ECU>\n";
-    auto result = ReadBytes(document);
-    ExpectRefusedWithAFatalMessage(*result, "parameter entity");
+    ExpectRefusedWithAFatalMessage(*ReadBytes(document), "parameter entity");
 }
 
-TEST(HostileEntities, ExternalDtdReferenceToALocalFileIsNeverLoaded) {
-    ScratchFolder folder;
-    ASSERT_TRUE(folder.Valid());
-    WriteSecretFiles(folder);
+TEST_F(HostileEntitiesWithSecrets, ExternalDtdReferenceToALocalFileIsNeverLoaded) {
     const std::string body =
         "<ECU protocol=\"UDS\"><NEGATIVE_RESPONSE_CODES><MAP nrc=\"16\"/>"
         "</NEGATIVE_RESPONSE_CODES><INSTANCE/></ECU>\n";

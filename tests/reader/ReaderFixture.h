@@ -65,7 +65,8 @@ struct HandlerSetup {
         context.elementStack = &stack;
         context.reporting = sink;
     }
-    std::shared_ptr<Korvel::ReportCollector> sink = std::make_shared<Korvel::ReportCollector>(Korvel::ReportLevelDebug);
+    std::shared_ptr<Korvel::ReportCollector> sink =
+        std::make_shared<Korvel::ReportCollector>(Korvel::ReportLevelDebug);
     Korvel::ZModelBuilder builder;
     Korvel::ZKLXmlElementStack stack;
     Korvel::ZKLXEHContext context;
