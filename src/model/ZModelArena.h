@@ -71,7 +71,7 @@ public:
     // Chunks are whole pages, from one page up to a huge page. Their pages are prefaulted (where
     // the build's policy says so) in steps of kPrefaultStep as blocks reach them: one system
     // call for many page faults, and never many pages that no block uses.
-    static constexpr std::size_t kPrefaultStep = std::size_t{64} << 10;
+    static constexpr std::size_t kPrefaultStep = std::size_t{16} << 10;
     static constexpr std::size_t kSmallestChunk = std::size_t{4} << 10;
     static constexpr std::size_t kLargestChunk = std::size_t{2} << 20;
     // Blocks given back up to this size are reused (lists and texts of a message).
