@@ -54,8 +54,12 @@ float StrToFloat(const char* text, char** end) {
     if (!locale) {
         return std::strtof(text, end);
     }
-#ifdef _WIN32
+#if defined(_MSC_VER)
     return _strtof_l(text, end, locale);
+#elif defined(_WIN32)
+    // MinGW declares no _strtof_l; the double is rounded to float once more, which differs from
+    // a direct reading only for texts halfway between two floats.
+    return static_cast<float>(_strtod_l(text, end, locale));
 #else
     return strtof_l(text, end, locale);
 #endif
