@@ -20,7 +20,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -285,11 +284,20 @@ TEST(ReplacingFile_Open, TemporaryFileIsHiddenBesideTheTargetAndNamedAfterThePro
     ReplacingFile second;
     ASSERT_TRUE(first.Open(target.c_str()));
     ASSERT_TRUE(second.Open(target.c_str()));
-    const std::regex pattern("\\.zekl-" + std::to_string(::getpid()) + "-[0-9a-f]{16}\\.tmp");
+    const std::string prefix = ".zekl-" + std::to_string(::getpid()) + "-";
+    // ".zekl-<pid>-" then 16 lower-case hex digits then ".tmp".
+    const auto matches = [&prefix](const std::string& name) {
+        if (name.size() != prefix.size() + 16 + 4 || name.compare(0, prefix.size(), prefix) != 0 ||
+            name.compare(name.size() - 4, 4, ".tmp") != 0) {
+            return false;
+        }
+        return std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end() - 4,
+                           [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); });
+    };
     for (const ReplacingFile* file : {&first, &second}) {
         const fs::path temporary(file->TemporaryPath());
         EXPECT_EQ(temporary.parent_path(), fs::path(folder.File("")).parent_path());
-        EXPECT_TRUE(std::regex_match(temporary.filename().string(), pattern)) << temporary;
+        EXPECT_TRUE(matches(temporary.filename().string())) << temporary;
         EXPECT_EQ(KindOf(temporary.string()), static_cast<mode_t>(S_IFREG));
     }
     EXPECT_NE(first.TemporaryPath(), second.TemporaryPath());
