@@ -8,6 +8,9 @@
 #     HostileStructure.ManyAttributesOnOneElementDoNotHurt,
 #     HostileEntities.ManyReferencesToOneLargeEntity*
 #     (the every-byte truncation test and all entity, encoding and file tests do run).
+#   zekl_writer_tests: SafeFileOutput_Open.NoMemoryForTheBufferLeavesNoDescriptorAndNoFile,
+#     which makes the program's own operator new fail; memcheck puts its own operator new in
+#     its place, so the failure cannot happen under it.
 #
 # Environment: BUILD_DIR (default build-valgrind below the source root), JOBS (default 2).
 set -euo pipefail
@@ -21,4 +24,5 @@ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZEKL_B
 cmake --build "$build" -j "$jobs"
 
 export VALGRIND_FILTER_zekl_hostile_tests="${VALGRIND_FILTER_zekl_hostile_tests:-*-HostileStructure.TenMegabyte*:HostileStructure.HundredThousand*:HostileStructure.ManyAttributesOnOneElementDoNotHurt:HostileEntities.ManyReferencesToOneLargeEntity*}"
+export VALGRIND_FILTER_zekl_writer_tests="${VALGRIND_FILTER_zekl_writer_tests:-*-SafeFileOutput_Open.NoMemoryForTheBufferLeavesNoDescriptorAndNoFile}"
 exec "$root/scripts/valgrind.sh" "$build"

@@ -76,8 +76,9 @@ int main(int argc, char** argv) {
     if (encoding != "utf-8" && encoding != "Windows-1252" && encoding != "iso-8859-1") {
         encoding = "utf-8";
     }
-    if (Korvel::GetKLWriter().WriteToFile(*ecu, argv[2], encoding.c_str()) == 0) {
-        std::fprintf(stderr, "edit_ecu: cannot write '%s'\n", argv[2]);
+    std::string error;
+    if (Korvel::GetKLWriter().WriteToFile(*ecu, argv[2], encoding.c_str(), error) == 0) {
+        std::fprintf(stderr, "edit_ecu: cannot write '%s': %s\n", argv[2], error.c_str());
         return 1;
     }
     const Korvel::IInstanceContainer& instances = *ecu->GetInstanceContainer();

@@ -22,6 +22,14 @@ public:
     // existing file as it was.
     virtual uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) = 0;
     virtual IWriterConfig& GetConfig() = 0;
+
+    // Addition: WriteToFile as above, also saying why a write failed. Result and file are as
+    // in the form above; `error` is emptied on success and on failure receives one line: the
+    // system's reason ("No space left on device", "Permission denied") or why the target was
+    // refused ("not a regular file (a FIFO)": only regular files, also through a symbolic
+    // link, are replaced).
+    virtual uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                                 std::string& error) = 0;
 };
 
 }  // namespace Korvel

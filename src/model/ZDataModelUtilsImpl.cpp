@@ -1,5 +1,7 @@
 #include "model/ZDataModelUtilsImpl.h"
 
+#include "platform/CNumbers.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -447,12 +449,13 @@ std::string ZDataModelUtilsImpl::CreateXmlForEmptyEcu(uint32_t protocol, bool wi
     return xml;
 }
 
-// Not-a-number texts give 0 and succeed, like the C conversion they rely on.
+// Not-a-number texts give 0 and succeed, like the C conversion they rely on. The decimal
+// point is "." whatever locale the process has set (see platform/CNumbers.h).
 bool ZDataModelUtilsImpl::ParseDouble(const char* text, double& out) const {
     if (IsEmpty(text)) {
         return false;
     }
-    out = std::strtod(text, nullptr);
+    out = Platform::StrToDouble(text, nullptr);
     return true;
 }
 
@@ -460,7 +463,7 @@ bool ZDataModelUtilsImpl::ParseFloat(const char* text, float& out) const {
     if (IsEmpty(text)) {
         return false;
     }
-    out = std::strtof(text, nullptr);
+    out = Platform::StrToFloat(text, nullptr);
     return true;
 }
 

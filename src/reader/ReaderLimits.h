@@ -20,13 +20,21 @@
 //   texts, whose size the reader knows.
 // - External entities and external document type definitions are never loaded: nothing but
 //   the named document is opened, on disk or on the network (see ZXmlParser::Parse).
+// - kMaxDocumentBytes: a read from memory takes a 32-bit length, so ReadText refuses a longer
+//   text with a fatal message instead of reading only the part that the cut length names.
+// - kDocumentTestBytes: the document test (IsKorvelFile) looks at the first five lines of a
+//   file, but only within its first 64 KiB: a file of one line of hundreds of megabytes is
+//   not read whole to find its end. A description's "<ECU" stands on its first or second line.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace Korvel::ReaderLimits {
 
 inline constexpr unsigned kMaxElementDepth = 1000;
 inline constexpr std::size_t kEntityExpansionLimit = 10000;
+inline constexpr uint64_t kMaxDocumentBytes = UINT32_MAX;
+inline constexpr std::size_t kDocumentTestBytes = std::size_t{64} << 10;
 
 }  // namespace Korvel::ReaderLimits

@@ -83,6 +83,8 @@ inline constexpr char kNoRegularFileBegin[] = "The passed filename names no regu
 inline constexpr char kNoRegularFileEnd[] = "'!";
 inline constexpr char kCannotOpenFileBegin[] = "The passed file could not be opened: '";
 inline constexpr char kCannotOpenFileEnd[] = "'!";
+inline constexpr char kTextTooLongBegin[] = "The passed text is too long to be read: ";
+inline constexpr char kTextTooLongEnd[] = " bytes, at most 4294967295 can be!";
 
 // Dispatch.
 inline constexpr char kUnknownTagBegin[] = "ZXmlParser::startElement >> Unknown tag '";

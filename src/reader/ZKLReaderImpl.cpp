@@ -1,7 +1,8 @@
 #include "reader/ZKLReaderImpl.h"
 
-#include "reader/RegularFile.h"
-
+#include "platform/File.h"
+#include "reader/ReaderLimits.h"
+#include "reader/ReaderMessages.h"
 #include "reader/ZKLReportingHandler.h"
 #include "reader/ZKLXmlParser.h"
 #include "reader/handlers/ZKLXEHConversion.h"
@@ -13,8 +14,6 @@
 #include "reader/handlers/ZKLXEHParameter.h"
 #include "reader/handlers/ZKLXEHRequest.h"
 #include "reader/handlers/ZKLXEHResponse.h"
-
-#include <fstream>
 
 namespace Korvel {
 
@@ -111,7 +110,7 @@ std::unique_ptr<IEcu> ZKLReaderImpl::ReadMemory(const char* data, uint32_t lengt
 }
 
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadText(const std::string& text, const char* encoding) {
-    return ReadMemory(text.c_str(), static_cast<uint32_t>(text.size()), encoding);
+    return ReadTextWith(std::make_shared<ZKLReportingHandler>(), text, encoding);
 }
 
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadFile(const char* path, const char* encoding, IReporting& reporting) {
@@ -126,7 +125,30 @@ std::unique_ptr<IEcu> ZKLReaderImpl::ReadMemory(const char* data, uint32_t lengt
 
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadText(const std::string& text, const char* encoding,
                                               IReporting& reporting) {
-    return ReadMemory(text.c_str(), static_cast<uint32_t>(text.size()), encoding, reporting);
+    return ReadTextWith(Borrow(reporting), text, encoding);
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadTextWith(const std::shared_ptr<IReporting>& reporting,
+                                                  const std::string& text, const char* encoding) {
+    return ReadBytes(reporting, text.c_str(), text.size(), encoding);
+}
+
+// A memory read takes a 32-bit length: a longer text is refused rather than read cut short.
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadBytes(const std::shared_ptr<IReporting>& reporting, const char* data,
+                                               uint64_t length, const char* encoding) {
+    if (length > ReaderLimits::kMaxDocumentBytes) {
+        const std::string reason =
+            ReaderMessages::kTextTooLongBegin + std::to_string(length) + ReaderMessages::kTextTooLongEnd;
+        return Read(reporting, [&](ZKLXmlParser& parser) {
+            if (ZXmlParser* frame = parser.GetXmlParser()) {
+                frame->SetFatalError(reason);
+            }
+            return false;
+        });
+    }
+    return Read(reporting, [&](ZKLXmlParser& parser) {
+        return parser.ParseMemory(data, static_cast<uint32_t>(length), encoding);
+    });
 }
 
 bool ZKLReaderImpl::IsKorvelFile(const char* path) {
@@ -141,26 +163,28 @@ bool ZKLReaderImpl::IsKorvelText(const std::string& text) {
     return IsKorvelText(text, version, encoding);
 }
 
-// Looks at no more than the first 5 lines and does not parse: any "<ECU" there counts.
+// Looks at no more than the first 5 lines, within the first kDocumentTestBytes of the file
+// (see ReaderLimits.h), and does not parse: any "<ECU" there counts.
 bool ZKLReaderImpl::IsKorvelFile(const char* path, std::string& version, std::string& encoding) {
-    if (!IsRegularFile(path)) {
-        return false;
-    }
     try {
-        std::ifstream file(path, std::ios::binary);
-        if (!file) {
+        std::string prefix;
+        std::string reason;
+        if (!Platform::ReadFilePrefix(path, ReaderLimits::kDocumentTestBytes, prefix, reason)) {
             return false;
         }
-        std::string line;
-        for (int lineNumber = 0; lineNumber < kTestedLines; ++lineNumber) {
-            if (!std::getline(file, line)) {
-                break;
+        std::size_t lineStart = 0;
+        for (int lineNumber = 0; lineNumber < kTestedLines && lineStart < prefix.size(); ++lineNumber) {
+            std::size_t lineEnd = prefix.find('\n', lineStart);
+            if (lineEnd == std::string::npos) {
+                lineEnd = prefix.size();
             }
+            const std::string line = prefix.substr(lineStart, lineEnd - lineStart);
             FindDeclaredEncoding(line, encoding);
             if (line.find(kEcuMarker) != std::string::npos) {
                 version = kFormatVersion;
                 return true;
             }
+            lineStart = lineEnd + 1;
         }
     } catch (...) {
         // An unreadable file is no document.

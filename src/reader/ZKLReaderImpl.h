@@ -34,9 +34,16 @@ public:
     // order ("ECU" ... "PARAMETER") and sharing its stack, ECU, counts and sink.
     static void RegisterHandlers(ZKLXmlParser& parser, const std::shared_ptr<IReporting>& reporting);
 
+    // Reads `length` bytes at `data` (ReadText's path). A length beyond what a memory read
+    // takes (ReaderLimits::kMaxDocumentBytes) is refused with a FATAL message and gives null.
+    static std::unique_ptr<IEcu> ReadBytes(const std::shared_ptr<IReporting>& reporting, const char* data,
+                                           uint64_t length, const char* encoding);
+
 private:
     using ParseCall = std::function<bool(ZKLXmlParser&)>;
     static std::unique_ptr<IEcu> Read(const std::shared_ptr<IReporting>& reporting, const ParseCall& parse);
+    static std::unique_ptr<IEcu> ReadTextWith(const std::shared_ptr<IReporting>& reporting,
+                                              const std::string& text, const char* encoding);
 };
 
 }  // namespace Korvel

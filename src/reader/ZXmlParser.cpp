@@ -1,13 +1,12 @@
 #include "reader/ZXmlParser.h"
 
-#include "reader/RegularFile.h"
-
 #include "platform/DebugOutput.h"
+#include "platform/File.h"
 #include "reader/ReaderLimits.h"
 #include "reader/ReaderMessages.h"
+#include "reader/ZFileInputSource.h"
 #include "reader/ZXmlString.h"
 
-#include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLRecognizer.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
@@ -19,8 +18,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <utility>
 
@@ -190,26 +187,24 @@ bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
         return false;
     }
     try {
-        // A folder, a FIFO or a device is refused before anything opens it (see
-        // RegularFile.h). A file that cannot be opened is refused before the XML library sees
-        // it, since the library loses memory when it fails to open the primary document.
-        std::error_code sizeError;
-        const std::filesystem::path filePath = std::filesystem::u8path(path);
-        if (std::filesystem::exists(filePath, sizeError) && !IsRegularFile(path)) {
-            SetFatalError(Msg::kNoRegularFileBegin + std::string(path) + Msg::kNoRegularFileEnd);
+        // The file is opened once, without blocking, and read through that handle: a folder, a
+        // FIFO or a device is refused before anything reads it (see platform/File.h), and the
+        // XML library never opens the path itself (it loses memory when it fails to).
+        Platform::InputFile file;
+        if (!file.Open(path)) {
+            if (file.Refusal() == Platform::OpenRefusal::NotRegularFile) {
+                SetFatalError(Msg::kNoRegularFileBegin + std::string(path) + Msg::kNoRegularFileEnd);
+            } else {
+                SetFatalError(Msg::kCannotOpenFileBegin + std::string(path) + Msg::kCannotOpenFileEnd);
+            }
             return false;
         }
-        if (!std::ifstream(filePath, std::ios::binary).is_open()) {
-            SetFatalError(Msg::kCannotOpenFileBegin + std::string(path) + Msg::kCannotOpenFileEnd);
-            return false;
-        }
-        const std::uintmax_t size = std::filesystem::file_size(filePath, sizeError);
         const ZXmlString widePath(path);
-        xercesc::LocalFileInputSource source(widePath.Wide());
+        ZFileInputSource source(file, widePath.Wide());
         if (encoding[0] != '\0') {
             source.setEncoding(ZXmlString(encoding).Wide());
         }
-        return ParseWithBudget(source, sizeError ? 0 : static_cast<uint64_t>(size));
+        return ParseWithBudget(source, file.Size());
     } catch (const xercesc::XMLException& exception) {
         HandleXmlException(exception);
     } catch (...) {
@@ -508,22 +503,15 @@ bool ZXmlParser::ProbeFileEncoding(const char* path, std::string& encoding) {
         return false;
     }
     try {
-        if (!IsRegularFile(path)) {
+        std::string bytes;
+        std::string reason;
+        if (!Platform::ReadFilePrefix(path, kProbeBytes, bytes, reason)) {
             return false;
         }
-        std::ifstream file(path, std::ios::binary);
-        if (!file) {
-            return false;
-        }
-        char bytes[kProbeBytes] = {};
-        file.read(bytes, sizeof bytes);
-        const auto count = static_cast<XMLSize_t>(file.gcount());
-        if (file.bad()) {
-            return false;
-        }
+        const auto count = static_cast<XMLSize_t>(bytes.size());
         const std::shared_ptr<ZXmlPlatformInitializer> platform = AcquireXmlPlatform();
         const xercesc::XMLRecognizer::Encodings probed =
-            xercesc::XMLRecognizer::basicEncodingProbe(reinterpret_cast<const XMLByte*>(bytes), count);
+            xercesc::XMLRecognizer::basicEncodingProbe(reinterpret_cast<const XMLByte*>(bytes.data()), count);
         encoding = Platform::Utf16ToUtf8(xercesc::XMLRecognizer::nameForEncoding(probed));
         return true;
     } catch (const xercesc::XMLException& exception) {

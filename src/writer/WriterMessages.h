@@ -6,4 +6,10 @@ namespace Korvel::WriterMessages {
 inline constexpr const char* kByteLengthOverflow = "Byte Length overflow!";
 inline constexpr const char* kExceptionDuringWrite = "Exception during write!";
 
+// Reasons that WriteToFile gives the caller (the system's own texts come from platform/File.h).
+inline constexpr const char* kNoFileName = "no file name";
+inline constexpr const char* kNoEncoding = "no encoding";
+inline constexpr const char* kDocumentTooLong = "the document is longer than 4294967295 bytes";
+inline constexpr const char* kUnexpectedFailure = "unexpected failure";
+
 }  // namespace Korvel::WriterMessages

@@ -127,7 +127,15 @@ uint32_t ZKLWriterImpl::WriteToString(const IEcu& ecu, std::string& text, const 
 }
 
 uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) {
+    std::string error;
+    return WriteToFile(ecu, fileName, encoding, error);
+}
+
+uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                                    std::string& error) {
+    error.clear();
     if (fileName == nullptr || encoding == nullptr) {
+        error = fileName == nullptr ? WriterMessages::kNoFileName : WriterMessages::kNoEncoding;
         return 0;
     }
     try {
@@ -138,14 +146,22 @@ uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const
         const uint64_t length = file.BytesWritten();
         if (length > kMaxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+            error = WriterMessages::kDocumentTooLong;
             return 0;
         }
         file.Commit();
         return static_cast<uint32_t>(length);
+    } catch (const std::exception& exception) {
+        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
+        error = exception.what();
     } catch (...) {
         Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
-        return 0;
+        error = WriterMessages::kUnexpectedFailure;
     }
+    if (error.empty()) {
+        error = WriterMessages::kUnexpectedFailure;
+    }
+    return 0;
 }
 
 IWriterConfig& ZKLWriterImpl::GetConfig() {

@@ -14,6 +14,8 @@ public:
     uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding) override;
     uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) override;
     IWriterConfig& GetConfig() override;
+    uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                         std::string& error) override;
 
     // Writes the whole document of `ecu` on `out`: the declaration when `encoding` is not
     // empty, then the ECU with every open element closed. Throws on a failure of the stream

@@ -2,9 +2,14 @@
 // null or false, the writer 0, and an existing document survives a failed write untouched.
 #include "HostileSupport.h"
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
 
 using namespace Korvel;
 using namespace Korvel::HostileTest;
@@ -30,6 +35,14 @@ std::unique_ptr<IEcu> BigEcu() {
     document += "</ECU>";
     auto result = ReadBytes(document);
     return std::move(result->ecu);
+}
+
+mode_t KindOf(const std::filesystem::path& path) {
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0) {
+        return 0;
+    }
+    return info.st_mode & S_IFMT;
 }
 
 std::vector<std::string> FolderEntries(const std::filesystem::path& folder) {
@@ -210,4 +223,99 @@ TEST(HostileFiles, WriteWithNullOrEmptyNameFails) {
     ASSERT_NE(ecu, nullptr);
     EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, nullptr, "utf-8"), 0u);
     EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, "", "utf-8"), 0u);
+}
+
+// A target that is no regular file is never replaced by one: before, the rename put a regular
+// file in place of a FIFO, a device node (as root, /dev/null itself) or a dangling link.
+TEST(HostileFiles, WriteOverAFifoFailsAndLeavesTheFifo) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    auto ecu = ReadSample();
+    ASSERT_NE(ecu, nullptr);
+    const std::filesystem::path target = folder / "fifo.xml";
+    ASSERT_EQ(::mkfifo(target.c_str(), 0600), 0);
+    std::string error;
+    EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, target.string().c_str(), "utf-8"), 0u);
+    EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, target.string().c_str(), "utf-8", error), 0u);
+    EXPECT_EQ(error, "not a regular file (a FIFO)");
+    EXPECT_EQ(KindOf(target), static_cast<mode_t>(S_IFIFO));
+    EXPECT_EQ(FolderEntries(folder.Path()), std::vector<std::string>{"fifo.xml"});
+}
+
+TEST(HostileFiles, WriteOverADeviceNodeFailsAndLeavesTheDevice) {
+    if (!RunningAsRoot()) {
+        GTEST_SKIP()
+            << "only root may make a device node (and replace one); the FIFO case runs for everybody";
+    }
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    auto ecu = ReadSample();
+    ASSERT_NE(ecu, nullptr);
+    // /dev/null's device, made in the scratch folder so that a failure cannot harm the real one.
+    const std::filesystem::path target = folder / "null";
+    ASSERT_EQ(::mknod(target.c_str(), S_IFCHR | 0666, makedev(1, 3)), 0) << std::strerror(errno);
+    EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, target.string().c_str(), "utf-8"), 0u);
+    EXPECT_EQ(KindOf(target), static_cast<mode_t>(S_IFCHR));
+    EXPECT_EQ(FolderEntries(folder.Path()), std::vector<std::string>{"null"});
+}
+
+TEST(HostileFiles, WriteThroughADanglingLinkFailsAndLeavesTheLink) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    auto ecu = ReadSample();
+    ASSERT_NE(ecu, nullptr);
+    const std::filesystem::path link = folder / "link.xml";
+    std::filesystem::create_symlink(folder / "missing.xml", link);
+    EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, link.string().c_str(), "utf-8"), 0u);
+    EXPECT_EQ(KindOf(link), static_cast<mode_t>(S_IFLNK));
+    EXPECT_EQ(FolderEntries(folder.Path()), std::vector<std::string>{"link.xml"});
+}
+
+TEST(HostileFiles, WriteThroughALinkLoopFailsAndLeavesTheLinks) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    auto ecu = ReadSample();
+    ASSERT_NE(ecu, nullptr);
+    std::filesystem::create_symlink(folder / "b.xml", folder / "a.xml");
+    std::filesystem::create_symlink(folder / "a.xml", folder / "b.xml");
+    EXPECT_EQ(GetKLWriter().WriteToFile(*ecu, (folder / "a.xml").string().c_str(), "utf-8"), 0u);
+    EXPECT_EQ(KindOf(folder / "a.xml"), static_cast<mode_t>(S_IFLNK));
+    EXPECT_EQ(KindOf(folder / "b.xml"), static_cast<mode_t>(S_IFLNK));
+    EXPECT_EQ(FolderEntries(folder.Path()), (std::vector<std::string>{"a.xml", "b.xml"}));
+}
+
+// A write killed before its end leaves its temporary file; the next write to the folder
+// removes it once its process is gone.
+TEST(HostileFiles, TemporaryFileOfAKilledWriteIsRemovedByTheNextWrite) {
+    ScratchFolder folder;
+    ASSERT_TRUE(folder.Valid());
+    auto ecu = BigEcu();
+    ASSERT_NE(ecu, nullptr);
+    const std::filesystem::path target = folder / "doc.xml";
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        // Killed in the middle of the write: past the file size limit, SIGXFSZ's default action
+        // ends the process at once, as a crash would (without a core file).
+        std::signal(SIGXFSZ, SIG_DFL);
+        const rlimit noCore{0, 0};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        rlimit limited{};
+        ::getrlimit(RLIMIT_FSIZE, &limited);
+        limited.rlim_cur = 4096;
+        ::setrlimit(RLIMIT_FSIZE, &limited);
+        GetKLWriter().WriteToFile(*ecu, target.string().c_str(), "utf-8");
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << status;
+    const std::vector<std::string> left = FolderEntries(folder.Path());
+    ASSERT_EQ(left.size(), 1u);
+    EXPECT_EQ(left[0].rfind(".zekl-" + std::to_string(child) + "-", 0), 0u) << left[0];
+
+    auto small = ReadSample();
+    ASSERT_NE(small, nullptr);
+    EXPECT_GT(GetKLWriter().WriteToFile(*small, target.string().c_str(), "utf-8"), 0u);
+    EXPECT_EQ(FolderEntries(folder.Path()), std::vector<std::string>{"doc.xml"});
 }

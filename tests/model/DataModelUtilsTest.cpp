@@ -1,5 +1,7 @@
 #include "model/ZDataModelUtilsImpl.h"
 
+#include "common/GermanLocale.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -329,6 +331,30 @@ TEST_F(DataModelUtils, ParseFloatAndDouble_FailForNullAndEmpty) {
     EXPECT_FALSE(utils.ParseFloat("", f));
     EXPECT_EQ(d, 1.0);
     EXPECT_EQ(f, 1.0f);
+}
+
+// A program that sets a German locale (decimal comma) for its own output reads the same
+// numbers: the documents always use a point.
+TEST_F(DataModelUtils, ParseFloatAndDouble_ReadAPointUnderAGermanLocale) {
+    TestSupport::GermanLocale german;
+    ZEKL_REQUIRE_GERMAN_LOCALE(german);
+    double d = 0;
+    float f = 0;
+    ASSERT_TRUE(utils.ParseDouble("0.5", d));
+    EXPECT_EQ(d, 0.5);
+    ASSERT_TRUE(utils.ParseFloat("-1.25", f));
+    EXPECT_EQ(f, -1.25f);
+    ASSERT_TRUE(utils.ParseDouble("0x1.8p1", d));
+    EXPECT_EQ(d, 3.0);
+    // A comma is no decimal point of the format, whatever the locale says.
+    ASSERT_TRUE(utils.ParseDouble("1,5", d));
+    EXPECT_EQ(d, 1.0);
+    ByteBuffer buffer;
+    ASSERT_TRUE(utils.ValueToBytes("0.5", ParamDataType::Double, 8, buffer));
+    EXPECT_EQ(buffer, Bytes({0x3F, 0xE0, 0, 0, 0, 0, 0, 0}));
+    ByteBuffer single;
+    ASSERT_TRUE(utils.ValueToBytes("2.5", ParamDataType::Fp, 4, single));
+    EXPECT_EQ(single, Bytes({0x40, 0x20, 0, 0}));
 }
 
 // ---- byte images --------------------------------------------------------------------------

@@ -1,3 +1,5 @@
+#include "reader/ReaderLimits.h"
+#include "reader/ReaderMessages.h"
 #include "reader/ZKLReaderImpl.h"
 #include "reader/ZKLXmlParser.h"
 
@@ -6,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
 #include <fstream>
 
 using namespace Korvel;
@@ -175,6 +181,56 @@ TEST(ZKLReaderImpl_Read, EncodingArgumentOverridesTheDeclaration) {
     EXPECT_STREQ(ecu->GetNrcContainer()->GetNrc(uint8_t{1})->GetText(), "\xC3\xA9");
 }
 
+// A memory read takes a 32-bit length. Reading a text of more than 4 GiB would cut its length
+// to the low 32 bits and read only that much; it is refused instead. The length is handed in
+// separately here, as ReadText hands in the string's size: a real text that long costs 4 GiB
+// and, on a machine whose page faults are dear, 15 seconds to fill
+// (ZKLReaderImpl_ReadText.TextBeyond4GiBIsRefused runs it when ZEKL_LARGE_MEMORY_TESTS is set).
+TEST(ZKLReaderImpl_ReadText, LengthBeyond32BitsIsRefusedWithAFatalMessage) {
+    const std::string text = "<ECU protocol=\"UDS\"/>";
+    const uint64_t length = (uint64_t{1} << 32) + text.size();
+    ReportCollector sink(ReportLevelDebug);
+    std::unique_ptr<IEcu> ecu = ZKLReaderImpl::ReadBytes(
+        std::shared_ptr<IReporting>(&sink, [](IReporting*) {}), text.c_str(), length, "");
+    EXPECT_EQ(ecu, nullptr);
+    ASSERT_EQ(sink.GetMessages().size(), 1u);
+    EXPECT_EQ(sink.GetMessages()[0].level, ReportLevelFatal);
+    EXPECT_EQ(sink.GetMessages()[0].text,
+              "The passed text is too long to be read: 4294967317 bytes, at most 4294967295 can be!");
+}
+
+TEST(ZKLReaderImpl_ReadText, LengthWithinTheLimitIsRead) {
+    const std::string text = "<ECU protocol=\"KWP\"/>";
+    ReportCollector sink(ReportLevelWarn);
+    std::unique_ptr<IEcu> ecu = ZKLReaderImpl::ReadBytes(
+        std::shared_ptr<IReporting>(&sink, [](IReporting*) {}), text.c_str(), text.size(), "");
+    ASSERT_NE(ecu, nullptr);
+    EXPECT_EQ(ecu->GetProtocol(), ProtocolKwp);
+    EXPECT_TRUE(sink.GetMessages().empty());
+    static_assert(ReaderLimits::kMaxDocumentBytes == 0xFFFFFFFFu, "a memory read takes 32 bits");
+}
+
+TEST(ZKLReaderImpl_ReadText, TextBeyond4GiBIsRefused) {
+    if (std::getenv("ZEKL_LARGE_MEMORY_TESTS") == nullptr) {
+        GTEST_SKIP() << "needs 4 GiB of memory and some 15 s; set ZEKL_LARGE_MEMORY_TESTS=1 to run it";
+    }
+    // Cut to 32 bits, the length would name the valid document at its start.
+    const std::string document = "<ECU protocol=\"UDS\"/>";
+    std::string text = document;
+    text.resize((std::size_t{1} << 32) + document.size(), ' ');
+    ZKLReaderImpl reader;
+    ReportCollector sink(ReportLevelDebug);
+    EXPECT_EQ(reader.ReadText(text, "", sink), nullptr);
+    ASSERT_EQ(sink.GetMessages().size(), 1u);
+    EXPECT_EQ(sink.GetMessages()[0].level, ReportLevelFatal);
+    EXPECT_EQ(sink.GetMessages()[0].text, std::string(ReaderMessages::kTextTooLongBegin) +
+                                              std::to_string(text.size()) + ReaderMessages::kTextTooLongEnd);
+    DebugCapture capture;
+    EXPECT_EQ(reader.ReadText(text, ""), nullptr);
+    ASSERT_EQ(capture.Lines().size(), 1u);
+    EXPECT_NE(capture.Lines()[0].find(ReaderMessages::kTextTooLongBegin), std::string::npos);
+}
+
 TEST(ZKLReaderImpl_IsKorvelFile, LooksAtTheFirstFiveLinesOnly) {
     ZKLReaderImpl reader;
     const std::string onLine5 = TempFile("korvel5.xml", "1\n2\n3\n4\n<ECU/>\n");
@@ -182,6 +238,64 @@ TEST(ZKLReaderImpl_IsKorvelFile, LooksAtTheFirstFiveLinesOnly) {
     EXPECT_TRUE(reader.IsKorvelFile(onLine5.c_str()));
     EXPECT_FALSE(reader.IsKorvelFile(onLine6.c_str()));
     EXPECT_TRUE(reader.IsKorvelText("1\n2\n3\n4\n5\n<ECU/>\n"));
+}
+
+// A file of one line of 200 MB (sparse: no disk space) whose "<ECU" stands 100 MB in. Looking
+// for the end of its first line would read it whole.
+class HugeOneLineFile : public ::testing::Test {
+protected:
+    static constexpr off_t kSize = off_t{200} << 20;
+    void TearDown() override { std::remove(path_.c_str()); }
+    std::string Make(const std::string& name, off_t markerAt) {
+        path_ = ::testing::TempDir() + name;
+        std::ofstream(path_, std::ios::binary | std::ios::trunc)
+            << "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
+        EXPECT_EQ(::truncate(path_.c_str(), kSize), 0);
+        std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(markerAt);
+        file << "<ECU protocol=\"UDS\">";
+        return path_;
+    }
+    std::string path_;
+};
+
+TEST_F(HugeOneLineFile, IsKorvelFile_LooksNoFurtherThanTheFirst64KiB) {
+    const std::string path = Make("huge_one_line.xml", off_t{100} << 20);
+    ZKLReaderImpl reader;
+    std::string version;
+    std::string encoding;
+    const auto started = std::chrono::steady_clock::now();
+    EXPECT_FALSE(reader.IsKorvelFile(path.c_str(), version, encoding));
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(2));
+    EXPECT_TRUE(version.empty());
+}
+
+TEST_F(HugeOneLineFile, IsKorvelFile_FindsTheMarkerWithinTheBound) {
+    const std::string path = Make("huge_marker_early.xml", ReaderLimits::kDocumentTestBytes - 30);
+    ZKLReaderImpl reader;
+    std::string version;
+    std::string encoding;
+    EXPECT_TRUE(reader.IsKorvelFile(path.c_str(), version, encoding));
+    EXPECT_EQ(version, "1.0");
+    EXPECT_EQ(encoding, "utf-8");
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, MarkerOnTheSecondLineBeyondTheBoundIsNotSeen) {
+    ZKLReaderImpl reader;
+    const std::string path = TempFile("korvel_long_first_line.xml",
+                                      std::string(ReaderLimits::kDocumentTestBytes, ' ') + "\n<ECU/>\n");
+    EXPECT_FALSE(reader.IsKorvelFile(path.c_str()));
+    const std::string shorter =
+        TempFile("korvel_shorter_first_line.xml",
+                 std::string(ReaderLimits::kDocumentTestBytes - 8, ' ') + "\n<ECU/>\n");
+    EXPECT_TRUE(reader.IsKorvelFile(shorter.c_str()));
+}
+
+TEST(ZKLReaderImpl_IsKorvelFile, EmptyLinesCountAndALastLineWithoutLineEndIsRead) {
+    ZKLReaderImpl reader;
+    EXPECT_TRUE(reader.IsKorvelFile(TempFile("korvel_blank_lines.xml", "\n\n\n\n<ECU").c_str()));
+    EXPECT_FALSE(reader.IsKorvelFile(TempFile("korvel_blank_lines6.xml", "\n\n\n\n\n<ECU").c_str()));
+    EXPECT_FALSE(reader.IsKorvelFile(TempFile("korvel_empty.xml", "").c_str()));
 }
 
 TEST(ZKLReaderImpl_IsKorvelFile, AcceptsAnyTextHoldingTheMarker) {

@@ -137,3 +137,13 @@ TEST(CheckCommand, InvalidLevelIsAUsageError) {
         EXPECT_TRUE(result.out.empty());
     }
 }
+
+TEST(CheckCommand, FifoIsRefusedWithoutWaitingForAWriter) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(path);
+    const auto result = RunTool({"check", path}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: cannot read '" + path + "': not a regular file (a FIFO)\n");
+}

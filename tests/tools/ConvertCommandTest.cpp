@@ -1,7 +1,19 @@
 // zekl convert: read and write back, keeping or changing the encoding.
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+
+#include <cstdlib>
+
 #include "ToolRunner.h"
+
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 
 using zekl_test::DataPath;
 using zekl_test::ExamplePath;
@@ -110,11 +122,88 @@ TEST(ConvertCommand, DroppedElementsAreWarnedAbout) {
     EXPECT_EQ(text.find("id=\"Broken\""), std::string::npos);
 }
 
-TEST(ConvertCommand, UnwritableOutputExitsOne) {
+TEST(ConvertCommand, UnwritableOutputExitsOneWithTheCause) {
     const std::string out = "/nonexistent-zekl-dir/out.xml";
     const auto result = RunTool({"convert", ExamplePath("uds_ecu.xml"), out});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "zekl: cannot write '" + out + "'\n");
+    EXPECT_EQ(result.err, "zekl: cannot write '" + out + "': No such file or directory\n");
+}
+
+TEST(ConvertCommand, FullDiskNamesTheCause) {
+    TempDir dir;
+    const std::string out = dir.Path("out.xml");
+    WriteBytes(out, "keep me");
+    // The shell's file size limit (in blocks of 1 KiB) stands for a full disk: writes fail with
+    // EFBIG; SIGXFSZ is ignored so that the write fails instead of killing the tool.
+    const std::string command = "trap '' XFSZ; ulimit -f 2; exec timeout -s KILL 60 '" +
+                                std::string(ZEKL_TOOL) + "' convert '" + ExamplePath("uds_ecu.xml") + "' '" +
+                                out + "' 2>'" + dir.Path("err") + "' >/dev/null";
+    const int status = std::system(command.c_str());
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+    EXPECT_EQ(ReadBytes(dir.Path("err")), "zekl: cannot write '" + out + "': " + std::strerror(EFBIG) + "\n");
+    EXPECT_EQ(ReadBytes(out), "keep me");
+}
+
+// Before, the output was replaced by whatever it was: a FIFO, a device node (as root even
+// /dev/null), or a dangling link all became regular files.
+TEST(ConvertCommand, FifoOutputIsRefusedAndStays) {
+    TempDir dir;
+    const std::string out = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(out);
+    const auto result = RunTool({"convert", ExamplePath("uds_ecu.xml"), out}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: cannot write '" + out + "': not a regular file (a FIFO)\n");
+    EXPECT_EQ(zekl_test::FileKind(out), static_cast<unsigned>(S_IFIFO));
+}
+
+TEST(ConvertCommand, DeviceNodeOutputIsRefusedAndStays) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only root may make a device node; FifoOutputIsRefusedAndStays covers the rest";
+    }
+    TempDir dir;
+    const std::string out = dir.Path("null");
+    // The device of /dev/null, made in a scratch folder: the real one is never at risk.
+    ASSERT_EQ(::mknod(out.c_str(), S_IFCHR | 0666, makedev(1, 3)), 0) << std::strerror(errno);
+    const auto result = RunTool({"convert", ExamplePath("uds_ecu.xml"), out}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: cannot write '" + out + "': not a regular file (a character device)\n");
+    EXPECT_EQ(zekl_test::FileKind(out), static_cast<unsigned>(S_IFCHR));
+}
+
+TEST(ConvertCommand, DanglingLinkOutputIsRefusedAndStays) {
+    TempDir dir;
+    const std::string out = dir.Path("link.xml");
+    const std::string missing = dir.Path("missing.xml");
+    std::filesystem::create_symlink(missing, out);
+    const auto result = RunTool({"convert", ExamplePath("uds_ecu.xml"), out}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: cannot write '" + out +
+                              "': a symbolic link to nothing (what it points to does not exist)\n");
+    EXPECT_EQ(zekl_test::FileKind(out), static_cast<unsigned>(S_IFLNK));
+    EXPECT_FALSE(zekl_test::FileExists(missing));
+}
+
+TEST(ConvertCommand, LinkOutputIsWrittenThroughAndStaysALink) {
+    TempDir dir;
+    const std::string out = dir.Path("link.xml");
+    const std::string real = dir.Path("real.xml");
+    WriteBytes(real, "old");
+    std::filesystem::create_symlink(real, out);
+    const auto result = RunTool({"convert", ExamplePath("uds_ecu.xml"), out}, 20);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(zekl_test::FileKind(out), static_cast<unsigned>(S_IFLNK));
+    EXPECT_EQ(ReadBytes(real), ReadBytes(ExamplePath("uds_ecu.xml")));
+}
+
+TEST(ConvertCommand, FifoInputIsRefusedWithoutWaitingForAWriter) {
+    TempDir dir;
+    const std::string in = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(in);
+    const auto result = RunTool({"convert", in, dir.Path("out.xml")}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: cannot read '" + in + "': not a regular file (a FIFO)\n");
+    EXPECT_FALSE(zekl_test::FileExists(dir.Path("out.xml")));
 }
 
 TEST(ConvertCommand, UnknownEncodingIsAUsageError) {

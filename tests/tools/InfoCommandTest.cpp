@@ -84,3 +84,21 @@ TEST(InfoCommand, DirectoryIsRefused) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err.rfind("zekl: cannot read '", 0), 0u) << result.err;
 }
+
+// The tool's own check that the file can be opened used to open it for reading, which waits
+// for a writer when the file is a FIFO: the command never ended.
+TEST(InfoCommand, FifoIsRefusedWithoutWaitingForAWriter) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(path);
+    const auto result = RunTool({"info", path}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: cannot read '" + path + "': not a regular file (a FIFO)\n");
+}
+
+TEST(InfoCommand, DeviceIsRefusedNamingWhatItIs) {
+    const auto result = RunTool({"info", "/dev/zero"}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: cannot read '/dev/zero': not a regular file (a character device)\n");
+}

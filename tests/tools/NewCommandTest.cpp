@@ -4,6 +4,11 @@
 
 #include "ToolRunner.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
 using zekl_test::ReadBytes;
 using zekl_test::RunTool;
 using zekl_test::TempDir;
@@ -91,4 +96,43 @@ TEST(NewCommand, UnwritableOutputExitsOneNamingTheFile) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err.rfind("zekl: cannot write '" + path + "': ", 0), 0u) << result.err;
     EXPECT_EQ(zekl_test::Lines(result.err).size(), 1u);
+}
+
+// The output used to go through the fixed name OUT.zekl-tmp, opened with fopen: a link planted
+// under that name made the tool overwrite whatever the link pointed to.
+TEST(NewCommand, LinkPlantedBesideTheOutputIsNotFollowed) {
+    TempDir dir;
+    const std::string path = dir.Path("new.xml");
+    const std::string victim = dir.Path("victim.txt");
+    zekl_test::WriteBytes(victim, "precious");
+    std::filesystem::create_symlink(victim, path + ".zekl-tmp");
+    const auto result = RunTool({"new", "--protocol", "UDS", "-o", path});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(ReadBytes(victim), "precious");
+    EXPECT_EQ(ReadBytes(path), LibraryDocument(0, false));
+    EXPECT_EQ(zekl_test::FileKind(path + ".zekl-tmp"), static_cast<unsigned>(S_IFLNK));
+    EXPECT_EQ(zekl_test::FileKind(path), static_cast<unsigned>(S_IFREG));
+}
+
+TEST(NewCommand, ExistingOutputIsReplacedKeepingItsMode) {
+    TempDir dir;
+    const std::string path = dir.Path("new.xml");
+    zekl_test::WriteBytes(path, "old");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    const auto result = RunTool({"new", "--protocol", "KWP", "-o", path});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(ReadBytes(path), LibraryDocument(1, false));
+    struct stat info {};
+    ASSERT_EQ(::stat(path.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, 0640u);
+}
+
+TEST(NewCommand, FifoOutputIsRefusedAndStays) {
+    TempDir dir;
+    const std::string path = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(path);
+    const auto result = RunTool({"new", "--protocol", "UDS", "-o", path}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: cannot write '" + path + "': not a regular file (a FIFO)\n");
+    EXPECT_EQ(zekl_test::FileKind(path), static_cast<unsigned>(S_IFIFO));
 }

@@ -151,3 +151,13 @@ TEST(ShowCommand, RefusedDocumentExitsOne) {
     EXPECT_TRUE(result.out.empty());
     EXPECT_EQ(Lines(result.err).size(), 1u);
 }
+
+TEST(ShowCommand, FifoIsRefusedWithoutWaitingForAWriter) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("fifo.xml");
+    zekl_test::MakeFifo(path);
+    const auto result = RunTool({"show", path}, 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: cannot read '" + path + "': not a regular file (a FIFO)\n");
+}

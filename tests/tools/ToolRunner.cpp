@@ -1,5 +1,6 @@
 #include "ToolRunner.h"
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,11 +33,11 @@ std::string ShellQuoted(const std::string& word) {
 
 }  // namespace
 
-ToolResult RunTool(const std::vector<std::string>& args) {
+ToolResult RunTool(const std::vector<std::string>& args, int seconds) {
     TempDir capture;
     const std::string outPath = capture.Path("stdout");
     const std::string errPath = capture.Path("stderr");
-    std::string command = ShellQuoted(ZEKL_TOOL);
+    std::string command = "timeout -s KILL " + std::to_string(seconds) + " " + ShellQuoted(ZEKL_TOOL);
     for (const std::string& arg : args) {
         command += " " + ShellQuoted(arg);
     }
@@ -92,6 +93,20 @@ void WriteBytes(const std::string& path, const std::string& bytes) {
 
 bool FileExists(const std::string& path) {
     return std::filesystem::exists(path);
+}
+
+void MakeFifo(const std::string& path) {
+    if (::mkfifo(path.c_str(), 0600) != 0) {
+        throw std::runtime_error("cannot make the FIFO " + path);
+    }
+}
+
+unsigned FileKind(const std::string& path) {
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0) {
+        return 0;
+    }
+    return static_cast<unsigned>(info.st_mode & S_IFMT);
 }
 
 std::vector<std::string> Lines(const std::string& text) {

@@ -12,8 +12,13 @@ struct ToolResult {
     std::string err;  // standard error
 };
 
-// Runs zekl with the arguments; standard output and error go to temporary files.
-ToolResult RunTool(const std::vector<std::string>& args);
+// Exit code of a run that was killed because it took longer than its time limit.
+constexpr int kTimedOut = 137;
+
+// Runs zekl with the arguments; standard output and error go to temporary files. A run that
+// takes longer than `seconds` is killed and gives kTimedOut, so that a tool that hangs fails its
+// test instead of stopping the suite.
+ToolResult RunTool(const std::vector<std::string>& args, int seconds = 60);
 
 // A fresh directory removed with its content when the object dies.
 class TempDir {
@@ -33,6 +38,10 @@ std::string DataPath(const std::string& name);  // below tests/data/tools
 std::string ReadBytes(const std::string& path);
 void WriteBytes(const std::string& path, const std::string& bytes);
 bool FileExists(const std::string& path);
+// Makes a FIFO at the path (nobody writes to it).
+void MakeFifo(const std::string& path);
+// The kind of what the path names, links not followed: S_IFREG, S_IFIFO, S_IFLNK, ...
+unsigned FileKind(const std::string& path);
 
 // The lines of a text, without their line ends.
 std::vector<std::string> Lines(const std::string& text);

@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <sstream>
 
 #ifndef _WIN32
@@ -330,6 +332,82 @@ TEST(KLWriter_File, SymbolicLinkIsWrittenThrough) {
     ASSERT_NE(writer.WriteToFile(*WriterTest::MakeSampleEcu(), link.c_str(), "utf-8"), 0u);
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(ReadFileBytes(real), WriterTest::SampleDocumentUtf8());
+}
+// ---- WriteToFile with the reason of a failure -------------------------------------------
+
+TEST(KLWriter_FileError, SuccessEmptiesTheErrorAndWritesAsTheShortForm) {
+    TempFolder folder;
+    const std::string target = folder.File("doc.xml");
+    ZKLWriterImpl writer;
+    std::string error = "stale";
+    const uint32_t length = writer.WriteToFile(*WriterTest::MakeSampleEcu(), target.c_str(), "utf-8", error);
+    EXPECT_EQ(length, std::string(WriterTest::SampleDocumentUtf8()).size());
+    EXPECT_TRUE(error.empty()) << error;
+    EXPECT_EQ(ReadFileBytes(target), WriterTest::SampleDocumentUtf8());
+}
+
+TEST(KLWriter_FileError, MissingFolderGivesTheSystemsReasonAndTheDebugText) {
+    DebugRecorder recorder;
+    TempFolder folder;
+    ZKLWriterImpl writer;
+    std::string error;
+    EXPECT_EQ(writer.WriteToFile(*WriterTest::MakeSampleEcu(), folder.File("missing/doc.xml").c_str(),
+                                 "utf-8", error),
+              0u);
+    EXPECT_EQ(error, std::strerror(ENOENT));
+    EXPECT_EQ(recorder.texts, std::vector<std::string>{WriterMessages::kExceptionDuringWrite});
+    EXPECT_TRUE(folder.Entries().empty());
+}
+
+TEST(KLWriter_FileError, DiskFullGivesTheSystemsReasonAndKeepsTheFile) {
+    TempFolder folder;
+    const std::string target = folder.File("doc.xml");
+    WriterTest::WriteFileBytes(target, "previous document");
+    std::unique_ptr<IEcu> ecu = MakeLargeEcu(3u << 20);
+    ZKLWriterImpl writer;
+    std::string error;
+    uint32_t length = 1;
+    WithFileSizeLimit(64 * 1024, [&] { length = writer.WriteToFile(*ecu, target.c_str(), "utf-8", error); });
+    EXPECT_EQ(length, 0u);
+    EXPECT_EQ(error, std::strerror(EFBIG));
+    EXPECT_EQ(ReadFileBytes(target), "previous document");
+    EXPECT_EQ(folder.Entries(), std::vector<std::string>{"doc.xml"});
+}
+
+TEST(KLWriter_FileError, FifoTargetIsRefusedNamingWhatItIs) {
+    TempFolder folder;
+    const std::string target = folder.File("fifo");
+    ASSERT_EQ(::mkfifo(target.c_str(), 0600), 0);
+    ZKLWriterImpl writer;
+    std::string error;
+    EXPECT_EQ(writer.WriteToFile(*WriterTest::MakeSampleEcu(), target.c_str(), "utf-8", error), 0u);
+    EXPECT_EQ(error, "not a regular file (a FIFO)");
+    EXPECT_TRUE(fs::is_fifo(target));
+    EXPECT_EQ(folder.Entries(), std::vector<std::string>{"fifo"});
+}
+
+TEST(KLWriter_FileError, ModelThatCannotBeWrittenGivesTheConversionsReason) {
+    TempFolder folder;
+    const std::string target = folder.File("doc.xml");
+    ZKLWriterImpl writer;
+    std::string error;
+    EXPECT_EQ(writer.WriteToFile(*MakeEcuThatFailsToWrite(), target.c_str(), "utf-8", error), 0u);
+    EXPECT_EQ(error, "Invalid UTF-8 text");
+    EXPECT_TRUE(folder.Entries().empty());
+}
+
+TEST(KLWriter_FileError, NullArgumentsAreNamed) {
+    DebugRecorder recorder;
+    ZKLWriterImpl writer;
+    std::unique_ptr<IEcu> ecu = WriterTest::MakeSampleEcu();
+    std::string error;
+    EXPECT_EQ(writer.WriteToFile(*ecu, nullptr, "utf-8", error), 0u);
+    EXPECT_EQ(error, WriterMessages::kNoFileName);
+    EXPECT_EQ(writer.WriteToFile(*ecu, "x.xml", nullptr, error), 0u);
+    EXPECT_EQ(error, WriterMessages::kNoEncoding);
+    EXPECT_FALSE(fs::exists("x.xml"));
+    // As in the short form, arguments that are null give 0 without a debug text.
+    EXPECT_TRUE(recorder.texts.empty());
 }
 #endif
 

@@ -62,9 +62,10 @@ int RunConvert(const Words& args) {
         PrintError("warning: " + Quoted(input) + " has " + std::to_string(collector.GetErrorCount()) +
                    " read error(s); the elements concerned are not written (see 'zekl check')");
     }
-    const uint32_t written = Korvel::GetKLWriter().WriteToFile(*ecu, output.c_str(), encoding.c_str());
+    std::string error;
+    const uint32_t written = Korvel::GetKLWriter().WriteToFile(*ecu, output.c_str(), encoding.c_str(), error);
     if (written == 0) {
-        PrintError("cannot write " + Quoted(output));
+        PrintError("cannot write " + Quoted(output) + ": " + error);
         return ExitDocumentProblem;
     }
     std::printf("wrote %s: %u bytes, %s\n", Quoted(output).c_str(), static_cast<unsigned>(written),

@@ -1,13 +1,11 @@
 #include <ZeKL/ZeKL.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
-#include "OutputFile.h"
+#include "platform/File.h"
 
 namespace zekl {
 
@@ -61,7 +59,7 @@ int RunNew(const Words& args) {
     if (arguments.Has("output")) {
         const std::string path = arguments.Value("output");
         std::string reason;
-        if (!WriteFileReplacing(path, document, reason)) {
+        if (!Korvel::Platform::ReplaceFileContents(path.c_str(), document.data(), document.size(), reason)) {
             PrintError("cannot write " + Quoted(path) + ": " + reason);
             return ExitDocumentProblem;
         }

@@ -2,6 +2,12 @@
 
 #include <algorithm>
 
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace zekl {
 
 void PrintError(const std::string& text) {
@@ -69,6 +75,14 @@ std::string TextTable::Render() const {
         text += '\n';
     }
     return text;
+}
+
+bool IsTerminal(std::FILE* stream) {
+#ifdef _WIN32
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
 }
 
 }  // namespace zekl

@@ -21,6 +21,9 @@ std::string HexBytes(const Korvel::ByteBuffer& bytes);
 // Writes the text as it is, without any line-end translation.
 bool WriteAll(std::FILE* stream, const std::string& text);
 
+// True when the stream is an interactive terminal.
+bool IsTerminal(std::FILE* stream);
+
 // Rows of cells printed as left-aligned columns two blanks apart. Widths count UTF-8
 // characters, not bytes, so units such as "°C" keep the columns straight.
 class TextTable {

@@ -1,8 +1,6 @@
 #include "Document.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include "platform/File.h"
 
 namespace zekl {
 
@@ -18,14 +16,14 @@ std::string LowerCase(std::string text) {
 }
 
 // Opening the file ourselves first gives the system's own reason ("No such file or
-// directory"), which says more to a user than the XML library's message would.
+// directory"), which says more to a user than the XML library's message would. The open is the
+// library's own: it never waits on a FIFO and refuses anything but a regular file.
 bool CanOpen(const std::string& path, std::string& reason) {
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) {
-        reason = std::strerror(errno);
+    Korvel::Platform::InputFile file;
+    if (!file.Open(path.c_str())) {
+        reason = file.Reason();
         return false;
     }
-    std::fclose(file);
     return true;
 }
 

@@ -1,5 +1,7 @@
 // zekl: command-line front of the ZeKL library. Every command reaches the library only
-// through its public interface, as any other caller would.
+// through its public interface, as any other caller would; the tool's own file access (the
+// probe before a read, the file `new -o` writes) uses the library's platform file component,
+// linked statically (platform/File.h).
 #include <cstdio>
 #include <exception>
 #include <string>

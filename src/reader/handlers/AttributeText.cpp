@@ -1,5 +1,7 @@
 #include "reader/handlers/AttributeText.h"
 
+#include "platform/CNumbers.h"
+
 #include <charconv>
 #include <cstdlib>
 #include <limits>
@@ -86,8 +88,9 @@ double Atof(const XMLCh* text) {
             return negative ? -value : value;
         }
     }
-    // Hexadecimal numbers and values out of range: the C library's own reading.
-    value = std::strtod(first, nullptr);
+    // Hexadecimal numbers and values out of range: the C library's own reading, in the "C"
+    // locale whatever the process has set.
+    value = Platform::StrToDouble(first, nullptr);
     return negative ? -value : value;
 }
 
