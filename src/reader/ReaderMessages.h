@@ -51,8 +51,6 @@ inline constexpr char kXmlExceptionWhileParsing[] = "XML Exception while parsing
 inline constexpr char kUnexpectedException[] = "Unexpected Exception while parsing file!\n";
 inline constexpr char kInitXmlException[] = "Exception (XERCES XMLException) during initialization: %s!\n";
 inline constexpr char kInitUnexpected[] = "Exception of unexpected type during initialization!\n";
-inline constexpr char kDisposeXmlException[] = "XML Exception (XERCES XMLException) while disposing parser: ";
-inline constexpr char kDisposeUnexpected[] = "Exception of unexpected type during destruction!\n";
 inline constexpr char kProbeXmlExceptionBegin[] =
     "XML Exception (XERCES XMLException) while tried to get encoding of the file '";
 inline constexpr char kProbeXmlExceptionMiddle[] = "': ";

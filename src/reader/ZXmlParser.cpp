@@ -79,20 +79,8 @@ ZXmlParser::ZXmlParser(std::shared_ptr<IXmlParserUtilsFactory> utilsFactory)
 }
 
 ZXmlParser::~ZXmlParser() {
-    try {
-        if (utilsFactory_ && elementStack_ != nullptr) {
-            utilsFactory_->DestroyElementStack(elementStack_);
-        }
-        currentHandler_ = nullptr;
-        lastEntry_ = nullptr;
-        tagTable_.clear();
-        handlers_.clear();
-        reporting_.reset();
-        platform_.reset();
-    } catch (const xercesc::XMLException& exception) {
-        ReportFatal(Msg::kDisposeXmlException + Platform::Utf16ToUtf8(exception.getMessage()));
-    } catch (...) {
-        ReportFatal(Msg::kDisposeUnexpected);
+    if (utilsFactory_ && elementStack_ != nullptr) {
+        utilsFactory_->DestroyElementStack(elementStack_);
     }
 }
 
@@ -111,22 +99,6 @@ void ZXmlParser::RegisterHandler(const std::shared_ptr<IXmlElementHandler>& hand
         return;
     }
     if (handlers_.emplace(Platform::WideString(handler->GetTagName()), handler).second) {
-        RebuildTagTable();
-    }
-}
-
-void ZXmlParser::UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& handler) {
-    if (!handler || handler->GetTagName() == nullptr) {
-        return;
-    }
-    auto found = handlers_.find(WideView(handler->GetTagName()));
-    if (found != handlers_.end()) {
-        // A handler taken away during a parse may be the one running or the one receiving the
-        // current element's text: it lives on until the parse ends.
-        if (parsing_) {
-            retired_.push_back(found->second);
-        }
-        handlers_.erase(found);
         RebuildTagTable();
     }
 }
@@ -171,22 +143,40 @@ void ZXmlParser::HandleXmlException(const xercesc::XMLException& exception) {
     ReportFatal(Msg::kXmlExceptionWhileParsing + lastError_);
 }
 
-bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
-    succeeded_ = false;
-    // A null path is refused without being read; an empty one is reported as such.
-    bool valid = true;
-    if (path == nullptr) {
-        ReportError(Msg::kFileNameNull);
-        valid = false;
-    } else if (path[0] == '\0') {
-        ReportError(Msg::kFileNameEmpty);
-        valid = false;
+template <typename Body>
+bool ZXmlParser::Guarded(Body&& body) {
+    try {
+        return body();
+    } catch (const xercesc::XMLException& exception) {
+        HandleXmlException(exception);
+    } catch (...) {
+        SetFatalError(Msg::kUnexpectedException);
     }
-    if (!valid || encoding == nullptr) {
+    return false;
+}
+
+bool ZXmlParser::CheckArguments(bool isNull, bool isEmpty, const char* nullText, const char* emptyText,
+                                const char* encoding) {
+    if (isNull) {
+        ReportError(nullText);
+    } else if (isEmpty) {
+        ReportError(emptyText);
+    }
+    if (isNull || isEmpty || encoding == nullptr) {
         SetFatalError(Msg::kArgumentsInvalid);
         return false;
     }
-    try {
+    return true;
+}
+
+bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
+    succeeded_ = false;
+    // A null path is refused without being read; an empty one is reported as such.
+    if (!CheckArguments(path == nullptr, path != nullptr && path[0] == '\0', Msg::kFileNameNull,
+                        Msg::kFileNameEmpty, encoding)) {
+        return false;
+    }
+    return Guarded([&]() {
         // The file is opened once, without blocking, and read through that handle: a folder, a
         // FIFO or a device is refused before anything reads it (see platform/File.h), and the
         // XML library never opens the path itself (it loses memory when it fails to).
@@ -205,42 +195,24 @@ bool ZXmlParser::ParseFile(const char* path, const char* encoding) {
             source.setEncoding(ZXmlString(encoding).Wide());
         }
         return ParseWithBudget(source, file.Size());
-    } catch (const xercesc::XMLException& exception) {
-        HandleXmlException(exception);
-    } catch (...) {
-        SetFatalError(Msg::kUnexpectedException);
-    }
-    return false;
+    });
 }
 
 bool ZXmlParser::ParseMemory(const char* data, uint32_t length, const char* encoding) {
     succeeded_ = false;
     // Null data is refused without being read; a zero length counts as empty data.
-    bool valid = true;
-    if (data == nullptr) {
-        ReportError(Msg::kStreamNull);
-        valid = false;
-    } else if (length == 0 || data[0] == '\0') {
-        ReportError(Msg::kStreamEmpty);
-        valid = false;
-    }
-    if (!valid || encoding == nullptr) {
-        SetFatalError(Msg::kArgumentsInvalid);
+    if (!CheckArguments(data == nullptr, data != nullptr && (length == 0 || data[0] == '\0'),
+                        Msg::kStreamNull, Msg::kStreamEmpty, encoding)) {
         return false;
     }
-    try {
+    return Guarded([&]() {
         xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(data), length,
                                           Msg::kMemorySystemId, false);
         if (encoding[0] != '\0') {
             source.setEncoding(ZXmlString(encoding).Wide());
         }
         return ParseWithBudget(source, length);
-    } catch (const xercesc::XMLException& exception) {
-        HandleXmlException(exception);
-    } catch (...) {
-        SetFatalError(Msg::kUnexpectedException);
-    }
-    return false;
+    });
 }
 
 bool ZXmlParser::ParseText(const char* text) {
@@ -254,18 +226,13 @@ bool ZXmlParser::ParseText(const char* text) {
         SetFatalError(Msg::kArgumentsInvalid);
         return false;
     }
-    try {
+    return Guarded([&]() {
         // The terminating zero byte goes to the XML library too, as it always has.
         const std::size_t length = std::strlen(text) + 1;
         xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text), length, Msg::kTextSystemId,
                                           false);
         return ParseWithBudget(source, length);
-    } catch (const xercesc::XMLException& exception) {
-        HandleXmlException(exception);
-    } catch (...) {
-        SetFatalError(Msg::kUnexpectedException);
-    }
-    return false;
+    });
 }
 
 void ZXmlParser::ResetParseState() {
@@ -299,7 +266,7 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
         SetFatalError(Msg::kNotInitialized);
         return false;
     }
-    try {
+    Guarded([&]() {
         // Declared before the parser, which keeps a pointer to it.
         xercesc::SecurityManager securityManager;
         securityManager.setEntityExpansionLimit(ReaderLimits::kEntityExpansionLimit);
@@ -315,27 +282,17 @@ bool ZXmlParser::Parse(const xercesc::InputSource& source) {
         parser.setLoadExternalDTD(false);
         parser.setDisableDefaultEntityResolution(true);
         parser.setSecurityManager(&securityManager);
-        parsing_ = true;
         try {
             parser.parse(source);
         } catch (const ParseAborted&) {
             // Reported where the parse was stopped.
-        } catch (const xercesc::XMLException& exception) {
-            HandleXmlException(exception);
         } catch (const xercesc::SAXParseException& exception) {
             fatalError(exception);
-        } catch (...) {
-            SetFatalError(Msg::kUnexpectedException);
         }
-    } catch (const xercesc::XMLException& exception) {
-        HandleXmlException(exception);
-    } catch (...) {
-        SetFatalError(Msg::kUnexpectedException);
-    }
-    parsing_ = false;
+        return true;
+    });
     locator_ = nullptr;
     currentHandler_ = nullptr;
-    retired_.clear();
     if (!errorSeen_) {
         succeeded_ = true;
     }

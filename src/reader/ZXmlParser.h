@@ -41,12 +41,19 @@ public:
     bool ParseText(const char* text);
     // The first handler registered for a tag stays.
     void RegisterHandler(const std::shared_ptr<IXmlElementHandler>& handler);
-    void UnregisterHandler(const std::shared_ptr<IXmlElementHandler>& handler);
     void SetReporting(std::shared_ptr<IReporting> reporting);
     void ClearReporting();
     bool Parse(const xercesc::InputSource& source);
     void SetFatalError(const std::string& text);
     void HandleXmlException(const xercesc::XMLException& exception);
+    // Runs `body` and turns an exception it throws into the fatal message of its kind: the
+    // frame's one catch chain. False when it threw.
+    template <typename Body>
+    bool Guarded(Body&& body);
+    // The reader's argument checks: `subject` null or empty is reported with its text, and
+    // either, or a null encoding, with the common text. False when the arguments are refused.
+    bool CheckArguments(bool isNull, bool isEmpty, const char* nullText, const char* emptyText,
+                        const char* encoding);
 
     bool ParseFile(const char* path, const char* encoding) override;
     bool ParseMemory(const char* data, uint32_t length, const char* encoding) override;
@@ -99,10 +106,8 @@ private:
     HandlerMap handlers_;
     IXmlElementStack* elementStack_ = nullptr;
     std::shared_ptr<IReporting> reporting_;
-    // Owned by handlers_ (or retired_ once unregistered during the parse).
+    // Owned by handlers_.
     IXmlElementHandler* currentHandler_ = nullptr;
-    std::vector<std::shared_ptr<IXmlElementHandler>> retired_;
-    bool parsing_ = false;
     // The tags of handlers_ (keys of the map) and their handlers, for the search by tag.
     struct TagEntry {
         const XMLCh* tag;

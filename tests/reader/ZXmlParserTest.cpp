@@ -57,21 +57,6 @@ private:
     std::shared_ptr<IXmlElement> current_;
 };
 
-// Takes itself out of the parser's registry when its element opens.
-class LeavingHandler : public FakeHandler, public std::enable_shared_from_this<LeavingHandler> {
-public:
-    LeavingHandler(const XMLCh* tag, std::vector<std::string>& events, ZXmlParser& parser)
-        : FakeHandler(tag, events), parser_(parser) {}
-
-    void StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) override {
-        FakeHandler::StartElement(tag, attributes);
-        parser_.UnregisterHandler(shared_from_this());
-    }
-
-private:
-    ZXmlParser& parser_;
-};
-
 class ZXmlParserTest : public ::testing::Test {
 protected:
     ZXmlParserTest() : parser(std::make_shared<ZKLXmlParserUtilsFactory>()) {
@@ -336,22 +321,6 @@ TEST_F(ZXmlParserTest, Registry_FirstHandlerForATagStays) {
 TEST_F(ZXmlParserTest, Registry_LookupIsCaseSensitive) {
     EXPECT_TRUE(Parse("<a/>"));
     EXPECT_TRUE(events.empty());
-}
-
-TEST_F(ZXmlParserTest, Registry_UnregisteredTagBecomesUnknown) {
-    parser.UnregisterHandler(b);
-    EXPECT_TRUE(Parse("<A><B/></A>"));
-    const std::vector<std::string> expected{"open A", "close A"};
-    EXPECT_EQ(events, expected);
-}
-
-TEST_F(ZXmlParserTest, Registry_HandlerTakenAwayInItsOwnElementStillReceivesItsText) {
-    auto leaving = std::make_shared<LeavingHandler>(u"C", events, parser);
-    parser.RegisterHandler(leaving);
-    leaving.reset();  // the parser holds the only reference
-    EXPECT_TRUE(Parse("<C>text<A/></C>"));
-    const std::vector<std::string> expected{"open C", "text C [text]", "open A", "close A"};
-    EXPECT_EQ(events, expected);
 }
 
 TEST_F(ZXmlParserTest, Stack_HandlerRecordsArePushedAndPopped) {
