@@ -440,19 +440,24 @@ void ZXmlParser::warning(const xercesc::SAXParseException& exception) {
 }
 
 void ZXmlParser::error(const xercesc::SAXParseException& exception) {
-    std::string message;
-    const std::string text = WithPosition(exception, message);
-    errorSeen_ = true;
-    lastError_ = std::move(message);
-    ReportError(text);
+    ReportParseError(exception, ReportLevelError);
 }
 
 void ZXmlParser::fatalError(const xercesc::SAXParseException& exception) {
+    ReportParseError(exception, ReportLevelFatal);
+}
+
+// Either ends the parse as failed, with the message as its last error.
+void ZXmlParser::ReportParseError(const xercesc::SAXParseException& exception, int32_t level) {
     std::string message;
     const std::string text = WithPosition(exception, message);
     errorSeen_ = true;
     lastError_ = std::move(message);
-    ReportFatal(text);
+    if (level == ReportLevelFatal) {
+        ReportFatal(text);
+    } else {
+        ReportError(text);
+    }
 }
 
 bool ZXmlParser::ProbeFileEncoding(const char* path, std::string& encoding) {

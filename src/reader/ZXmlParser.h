@@ -46,6 +46,7 @@ public:
     bool Parse(const xercesc::InputSource& source);
     void SetFatalError(const std::string& text);
     void HandleXmlException(const xercesc::XMLException& exception);
+    void ReportParseError(const xercesc::SAXParseException& exception, int32_t level);
     // Runs `body` and turns an exception it throws into the fatal message of its kind: the
     // frame's one catch chain. False when it threw.
     template <typename Body>
