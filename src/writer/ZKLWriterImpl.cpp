@@ -16,8 +16,6 @@ namespace Korvel {
 
 namespace {
 
-constexpr uint64_t kMaxLength = std::numeric_limits<uint32_t>::max();
-
 // Room for a document, from the item counts and on the generous side: the text is then
 // allocated once instead of being copied at each doubling, and room that stays unused costs
 // address space only, never touched memory. A longer document still grows as usual.
@@ -55,7 +53,8 @@ std::size_t EstimateLength(const IEcu& ecu) {
 // grows (see ZStringOutputBuffer).
 void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
     try {
-        text.reserve(static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), kMaxLength)));
+        text.reserve(
+            static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), ZKLWriterImpl::kMaxLength)));
     } catch (const std::bad_alloc&) {
         // Without the room the text grows as it goes.
     }
@@ -89,7 +88,7 @@ uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const
         buffer.clear();
         std::string text;
         WriteToText(ecu, text, encoding);
-        if (text.size() > kMaxLength) {
+        if (text.size() > m_maxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
             return 0;
         }
@@ -114,7 +113,7 @@ uint32_t ZKLWriterImpl::WriteToString(const IEcu& ecu, std::string& text, const 
         WriteToText(ecu, document, encoding);
         // The length is returned as 32 bits, so a longer document is refused as in the buffer
         // form rather than reported with a wrong length.
-        if (document.size() > kMaxLength) {
+        if (document.size() > m_maxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
             return 0;
         }
@@ -144,7 +143,7 @@ uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const
         ZSafeFileOutput file(fileName);
         WriteDocument(ecu, file.Stream(), encoding, ZWriterConfig::Instance());
         const uint64_t length = file.BytesWritten();
-        if (length > kMaxLength) {
+        if (length > m_maxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
             error = WriterMessages::kDocumentTooLong;
             return 0;

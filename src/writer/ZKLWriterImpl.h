@@ -4,12 +4,20 @@
 
 #include <ZeKL/IKLWriter.h>
 
+#include <cstdint>
 #include <ostream>
 
 namespace Korvel {
 
 class ZKLWriterImpl : public IKLWriter {
 public:
+    // Results are 32-bit lengths, so a longer document is refused ("Byte Length overflow!").
+    static constexpr uint64_t kMaxLength = UINT32_MAX;
+
+    // `maxLength` below kMaxLength lets a test reach the refusal of long documents with a
+    // small one.
+    explicit ZKLWriterImpl(uint64_t maxLength = kMaxLength) : m_maxLength(maxLength) {}
+
     uint32_t WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const char* encoding) override;
     uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding) override;
     uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) override;
@@ -22,6 +30,9 @@ public:
     // or of a conversion; a stream that fails stops the write at the next line.
     static void WriteDocument(const IEcu& ecu, std::ostream& out, const char* encoding,
                               IWriterConfig& config);
+
+private:
+    uint64_t m_maxLength;
 };
 
 }  // namespace Korvel

@@ -133,8 +133,30 @@ TEST(KLWriter_Buffer, FailedWriteLeavesAnEmptyBuffer) {
     EXPECT_EQ(recorder.texts, std::vector<std::string>{"Exception during write!"});
 }
 
-TEST(KLWriter_Buffer, OverflowMessageIsTheFixedText) {
-    EXPECT_STREQ(WriterMessages::kByteLengthOverflow, "Byte Length overflow!");
+// A document longer than a result can count is refused in every form, with the fixed text; a
+// writer with a low limit stands in for one of more than 4 GiB.
+TEST(KLWriter_Overflow, ALongerDocumentIsRefusedInEveryForm) {
+    const std::unique_ptr<IEcu> ecu = WriterTest::MakeSampleEcu();
+    const std::size_t length = std::string(WriterTest::SampleDocumentUtf8()).size();
+    ZKLWriterImpl writer(length - 1);
+    TempFolder folder;
+    const std::string path = folder.File("kept.xml");
+    WriterTest::WriteFileBytes(path, "the old document");
+    DebugRecorder recorder;
+    ByteBuffer buffer{1, 2, 3};
+    EXPECT_EQ(writer.WriteToBuffer(*ecu, buffer, "utf-8"), 0u);
+    EXPECT_TRUE(buffer.empty());
+    std::string text = "before";
+    EXPECT_EQ(writer.WriteToString(*ecu, text, "utf-8"), 0u);
+    EXPECT_EQ(text, "before");
+    std::string error;
+    EXPECT_EQ(writer.WriteToFile(*ecu, path.c_str(), "utf-8", error), 0u);
+    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(ReadFileBytes(path), "the old document");
+    EXPECT_EQ(recorder.texts, std::vector<std::string>(3, "Byte Length overflow!"));
+    // At the limit itself the document is written.
+    ZKLWriterImpl exact(length);
+    EXPECT_EQ(exact.WriteToString(*ecu, text, "utf-8"), length);
 }
 
 TEST(KLWriter_File, FileStringAndBufferOfOneModelAreIdentical) {
