@@ -102,7 +102,7 @@ ZModelArena::~ZModelArena() {
         // Memory handed back to the system must not stay marked for whoever maps it next.
         MarkUsable(chunk, size);
         StopWatching(chunk, size);
-        Platform::UnmapChunk(chunk, size);
+        Platform::UnmapPages(chunk, size);
         chunk = next;
     }
 }
@@ -120,7 +120,7 @@ void ZModelArena::Deallocate(void* block, std::size_t size) noexcept {
         m_largeBytes -= mapped;
         MarkUsable(block, mapped);
         StopWatching(block, mapped);
-        Platform::UnmapChunk(block, mapped);
+        Platform::UnmapPages(block, mapped);
         return;
     }
     ReleaseInChunk(block, size);
@@ -185,7 +185,7 @@ void ZModelArena::AddChunk(std::size_t need) {
     const std::size_t wanted =
         std::clamp(std::max(expectedRest, m_chunkBytes), kSmallestChunk, kLargestChunk);
     const std::size_t size = RoundUp(std::max(wanted, sizeof(Chunk) + need), kSmallestChunk);
-    char* base = static_cast<char*>(Platform::MapChunk(size));
+    char* base = static_cast<char*>(Platform::MapPages(size));
     if (base == nullptr) {
         throw std::bad_alloc();
     }
@@ -195,9 +195,7 @@ void ZModelArena::AddChunk(std::size_t need) {
     m_chunks = chunk;
     m_next = base + sizeof(Chunk);
     m_end = base + size;
-    // A huge page comes whole with its first touch.
-    const bool huge = Platform::HugePagesPolicy() && size % Platform::kHugePageSize == 0;
-    m_ready = huge ? m_end : base;
+    m_ready = base;
     m_chunkBytes += size;
     ++m_chunkCount;
     WatchForPointers(base, size);
@@ -218,7 +216,7 @@ void* ZModelArena::AllocateLarge(std::size_t size) {
         throw std::bad_alloc();
     }
     const std::size_t mapped = RoundUp(size, kSmallestChunk);
-    void* block = Platform::MapChunk(mapped);
+    void* block = Platform::MapPages(mapped);
     if (block == nullptr) {
         throw std::bad_alloc();
     }

@@ -4,8 +4,8 @@
 // texts, a message's list and id index, an instance with its id. The ECU that a read returns
 // owns one ZModelArena, and the reader's model builder hands it explicitly to every item and
 // list it makes (model/ZModelBuilder.h): blocks are cut one after the other from chunks that
-// the arena takes from the system (platform/PageMemory.h, whose build-time policies decide on
-// huge pages and prefaulting), and destroying the ECU gives the chunks back at once.
+// the arena takes from the system (platform/PageMemory.h, whose build-time policy decides on
+// prefaulting), and destroying the ECU gives the chunks back at once.
 //
 // Nothing is ambient: a block belongs to the arena because its owner was given the arena.
 // Lists hold it in their allocator (ZModelAllocator), items in their own arena pointer
@@ -68,7 +68,7 @@ public:
     // The largest block cut from a chunk. A model's larger blocks (the list of a container of
     // thousands of items) are few; as mappings of their own they waste no chunk space.
     static constexpr std::size_t kLargestBlock = std::size_t{16} << 10;
-    // Chunks are whole pages, from one page up to a huge page. Their pages are prefaulted (where
+    // Chunks are whole pages, from one page up to 2 MB. Their pages are prefaulted (where
     // the build's policy says so) in steps of kPrefaultStep as blocks reach them: one system
     // call for many page faults, and never many pages that no block uses.
     static constexpr std::size_t kPrefaultStep = std::size_t{16} << 10;

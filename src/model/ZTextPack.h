@@ -45,8 +45,10 @@ public:
     // The same for texts already laid out back to back, each followed by a zero, text `i`
     // beginning at `starts[i]`, `size` bytes in all (the reader narrows attribute values into
     // this form); they are copied with one call.
-    ZTextPack(const char* bytes, std::size_t size, const std::array<uint32_t, N>& starts, char* storage)
-        : m_start(starts) {
+    ZTextPack(const char* bytes, std::size_t size, const std::array<uint32_t, N>& starts, char* storage) {
+        for (std::size_t i = 1; i < N; ++i) {
+            m_start[i - 1] = starts[i];
+        }
         if (size != 0) {
             char* block = storage != nullptr ? storage : NewBlock(size);
             m_owned = storage == nullptr;
@@ -76,7 +78,12 @@ public:
     ~ZTextPack() { Release(); }
 
     // Pointer into the block, valid until the next change.
-    const char* Get(std::size_t slot) const { return m_data != nullptr ? m_data + m_start[slot] : ""; }
+    const char* Get(std::size_t slot) const {
+        if (m_data == nullptr) {
+            return "";
+        }
+        return slot == 0 ? m_data : m_data + m_start[slot - 1];
+    }
 
     // The new text may point into this pack: the old block lives until the new one is built.
     void Set(std::size_t slot, const char* text) {
@@ -121,7 +128,7 @@ public:
 
     // Bytes of the block in use (0 without one).
     std::size_t ByteSize() const {
-        return m_data != nullptr ? m_start[N - 1] + std::strlen(Get(N - 1)) + 1 : 0;
+        return m_data != nullptr ? static_cast<std::size_t>(Get(N - 1) - m_data) + std::strlen(Get(N - 1)) + 1 : 0;
     }
 
 private:
@@ -151,7 +158,9 @@ private:
         std::size_t offset = 0;
         for (std::size_t i = 0; i < N; ++i) {
             const std::size_t length = layout.lengths[i];
-            m_start[i] = static_cast<uint32_t>(offset);
+            if (i > 0) {
+                m_start[i - 1] = static_cast<uint32_t>(offset);
+            }
             std::memcpy(storage + offset, TextOrEmpty(texts[i]), length);
             offset += length;
             storage[offset++] = '\0';
@@ -160,7 +169,8 @@ private:
     }
 
     const char* m_data = nullptr;  // the block in use: the owner's storage or a block of its own
-    std::array<uint32_t, N> m_start{};
+    // Where texts 1 to N-1 begin in the block; the first begins at its start.
+    std::array<uint32_t, N - 1> m_start{};
     bool m_owned = false;  // the block is the pack's own heap block
 };
 

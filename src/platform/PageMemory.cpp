@@ -16,10 +16,7 @@
 #define MADV_POPULATE_WRITE 23
 #endif
 
-// The build chooses the page policies (CMake options of the same names); both are on by default.
-#ifndef ZEKL_HUGE_PAGES
-#define ZEKL_HUGE_PAGES 1
-#endif
+// The build chooses whether to prefault (the CMake option of the same name, on by default).
 #ifndef ZEKL_PREFAULT
 #define ZEKL_PREFAULT 1
 #endif
@@ -28,9 +25,8 @@ namespace Korvel::Platform {
 
 #ifdef _WIN32
 
-// Windows commits pages on first touch as well, but has no huge pages without a privilege
-// that services rarely hold: the block is an ordinary one.
-void* MapPages(std::size_t size, bool /*hugePages*/) noexcept {
+// Windows commits pages on first touch as well.
+void* MapPages(std::size_t size) noexcept {
     return size != 0 ? ::VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE) : nullptr;
 }
 
@@ -52,33 +48,12 @@ std::uintptr_t AlignUp(std::uintptr_t value, std::uintptr_t alignment) {
 
 }  // namespace
 
-void* MapPages(std::size_t size, bool hugePages) noexcept {
-    if (size == 0 || size > SIZE_MAX - kHugePageSize) {
+void* MapPages(std::size_t size) noexcept {
+    if (size == 0) {
         return nullptr;
     }
-    const std::size_t mapped = hugePages ? size + kHugePageSize : size;
-    void* block = ::mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (block == MAP_FAILED) {
-        return nullptr;
-    }
-    if (!hugePages) {
-        return block;
-    }
-    // Mapped one huge page too large; the parts before the first boundary and after the block
-    // go back.
-    const auto begin = reinterpret_cast<std::uintptr_t>(block);
-    const std::uintptr_t aligned = AlignUp(begin, kHugePageSize);
-    if (aligned > begin) {
-        ::munmap(block, aligned - begin);
-    }
-    const std::uintptr_t tail = begin + mapped - (aligned + size);
-    if (tail > 0) {
-        ::munmap(reinterpret_cast<void*>(aligned + size), tail);
-    }
-#ifdef MADV_HUGEPAGE
-    static_cast<void>(::madvise(reinterpret_cast<void*>(aligned), size, MADV_HUGEPAGE));
-#endif
-    return reinterpret_cast<void*>(aligned);
+    void* block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return block != MAP_FAILED ? block : nullptr;
 }
 
 void UnmapPages(void* block, std::size_t size) noexcept {
@@ -110,20 +85,8 @@ void PrefaultPages(void* data, std::size_t size) noexcept {
 
 #endif
 
-bool HugePagesPolicy() noexcept {
-    return ZEKL_HUGE_PAGES != 0;
-}
-
 bool PrefaultPolicy() noexcept {
     return ZEKL_PREFAULT != 0;
-}
-
-void* MapChunk(std::size_t size) noexcept {
-    return MapPages(size, HugePagesPolicy() && size != 0 && size % kHugePageSize == 0);
-}
-
-void UnmapChunk(void* chunk, std::size_t size) noexcept {
-    UnmapPages(chunk, size);
 }
 
 }  // namespace Korvel::Platform

@@ -22,7 +22,7 @@ bool AllZero(const char* data, std::size_t size) {
 
 TEST(PageMemory, MappedPagesAreZeroedAndWritable) {
     constexpr std::size_t kSize = std::size_t{256} << 10;
-    auto* block = static_cast<char*>(Platform::MapPages(kSize, false));
+    auto* block = static_cast<char*>(Platform::MapPages(kSize));
     ASSERT_NE(block, nullptr);
     EXPECT_TRUE(AllZero(block, kSize));
     std::memset(block, 'x', kSize);
@@ -30,31 +30,17 @@ TEST(PageMemory, MappedPagesAreZeroedAndWritable) {
     Platform::UnmapPages(block, kSize);
 }
 
-TEST(PageMemory, HugePageBlockStartsOnAHugePageBoundary) {
-    for (int round = 0; round < 4; ++round) {
-        auto* block = static_cast<char*>(Platform::MapPages(Platform::kHugePageSize, true));
-        ASSERT_NE(block, nullptr);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % Platform::kHugePageSize, 0u);
-        EXPECT_TRUE(AllZero(block, Platform::kHugePageSize));
-        block[0] = 'a';
-        block[Platform::kHugePageSize - 1] = 'z';
-        EXPECT_EQ(block[0], 'a');
-        Platform::UnmapPages(block, Platform::kHugePageSize);
-    }
-}
-
 TEST(PageMemory, EmptyOrImpossibleSizesGetNoBlock) {
-    EXPECT_EQ(Platform::MapPages(0, false), nullptr);
-    EXPECT_EQ(Platform::MapPages(0, true), nullptr);
-    EXPECT_EQ(Platform::MapPages(std::numeric_limits<std::size_t>::max(), false), nullptr);
-    EXPECT_EQ(Platform::MapPages(std::numeric_limits<std::size_t>::max() - 100, true), nullptr);
+    EXPECT_EQ(Platform::MapPages(0), nullptr);
+    EXPECT_EQ(Platform::MapPages(std::numeric_limits<std::size_t>::max()), nullptr);
+    EXPECT_EQ(Platform::MapPages(std::numeric_limits<std::size_t>::max() - 100), nullptr);
     Platform::UnmapPages(nullptr, 0);
     Platform::UnmapPages(nullptr, 4096);
 }
 
 TEST(PageMemory, PrefaultedPagesKeepTheirContent) {
     constexpr std::size_t kSize = std::size_t{1} << 20;
-    auto* block = static_cast<char*>(Platform::MapPages(kSize, false));
+    auto* block = static_cast<char*>(Platform::MapPages(kSize));
     ASSERT_NE(block, nullptr);
     block[5000] = 'k';
     // Off page boundaries on both ends: the pages holding the range are prefaulted.
