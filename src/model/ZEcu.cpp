@@ -18,7 +18,11 @@ ZEcu::ZEcu(std::unique_ptr<ZModelArena> arena)
     m_nrcs.SetParent(this);
 }
 
-ZEcu::~ZEcu() = default;
+ZEcu::~ZEcu() {
+    if (m_arena) {
+        m_arena->BeginTeardown();
+    }
+}
 
 const char* ZEcu::GetFormatVersion() const {
     return m_version.c_str();

@@ -167,6 +167,9 @@ void* ZModelArena::AllocateInChunk(std::size_t size) {
 // A block is reused for blocks of the size it is given back with, which may be less than it
 // has: that wastes its rest, never more than it has.
 void ZModelArena::ReleaseInChunk(void* block, std::size_t size) noexcept {
+    if (m_tearingDown) {
+        return;
+    }
     const std::size_t rounded = std::max(RoundUp(size, kModelAlignment), kModelAlignment);
     MarkUnusable(block, rounded);
     if (rounded <= kLargestRecycled) {

@@ -57,6 +57,12 @@ public:
     // reuse, others stay until the arena goes.
     void ReleaseItem(void* block, std::size_t size) noexcept;
 
+    // Called by the owner before its items go with the arena: from then on blocks given back
+    // are not kept for reuse (nothing will be made any more), which spares the teardown a
+    // write into every block.
+    void BeginTeardown() noexcept { m_tearingDown = true; }
+    bool TearingDown() const noexcept { return m_tearingDown; }
+
     // Bytes taken from the system for chunks, and bytes handed out of them (a block handed out
     // again counts once).
     std::size_t ChunkBytes() const { return m_chunkBytes; }
@@ -71,7 +77,7 @@ public:
     // Chunks are whole pages, from one page up to 2 MB. Their pages are prefaulted (where
     // the build's policy says so) in steps of kPrefaultStep as blocks reach them: one system
     // call for many page faults, and never many pages that no block uses.
-    static constexpr std::size_t kPrefaultStep = std::size_t{16} << 10;
+    static constexpr std::size_t kPrefaultStep = std::size_t{64} << 10;
     static constexpr std::size_t kSmallestChunk = std::size_t{4} << 10;
     static constexpr std::size_t kLargestChunk = std::size_t{2} << 20;
     // Blocks given back up to this size are reused (lists and texts of a message).
@@ -96,6 +102,7 @@ private:
     std::size_t m_usedBytes = 0;
     std::size_t m_chunkCount = 0;
     std::size_t m_largeBytes = 0;
+    bool m_tearingDown = false;
     // Blocks given back, by size in steps of kModelAlignment, each list linked through its
     // blocks.
     FreeBlock* m_free[kLargestRecycled / kModelAlignment + 1] = {};

@@ -8,7 +8,8 @@ void ZItemDeleter::operator()(ZModelItem* item) const noexcept {
         return;
     }
     ZModelArena* arena = item->Arena();
-    const std::size_t size = item->BlockBytes();
+    const bool reuse = arena != nullptr && !arena->TearingDown();
+    const std::size_t size = reuse ? item->BlockBytes() : 0;
     void* block = dynamic_cast<void*>(item);
     item->~ZModelItem();
     if (arena == nullptr) {

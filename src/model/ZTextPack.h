@@ -128,7 +128,8 @@ public:
 
     // Bytes of the block in use (0 without one).
     std::size_t ByteSize() const {
-        return m_data != nullptr ? static_cast<std::size_t>(Get(N - 1) - m_data) + std::strlen(Get(N - 1)) + 1 : 0;
+        return m_data != nullptr ? static_cast<std::size_t>(Get(N - 1) - m_data) + std::strlen(Get(N - 1)) + 1
+                                 : 0;
     }
 
 private:
