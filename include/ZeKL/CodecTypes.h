@@ -22,23 +22,23 @@ enum class CodecProblem : uint32_t {
     BadBcdDigit = 4,        // a BCD nibble above 9
     UnknownConversion = 5,  // a warning: the conversion id names no conversion; the raw value stands
     // A parameter's description (found when the codec is built; reported by every decode).
-    BadLayout = 6,                 // a length the type cannot have, or a long field not on whole bytes
-    UnknownType = 7,               // the type name names no data type
-    BadConstant = 8,               // a CONST value without a byte image that fits its bits
-    ConversionNotApplicable = 9,   // a formula on a text or byte-string parameter
+    BadLayout = 6,                // a length the type cannot have, or a long field not on whole bytes
+    UnknownType = 7,              // the type name names no data type
+    BadConstant = 8,              // a CONST value without a byte image that fits its bits
+    ConversionNotApplicable = 9,  // a formula on a text or byte-string parameter
     // A message.
     ShortData = 10,      // the data ends before the message's last parameter
     TrailingData = 11,   // bytes after the message's last parameter
     NoSuchMessage = 12,  // the instance has no message of that kind (or there is no such instance)
     NotRecognised = 13,  // no message of the description matches the data
     // Encoding a value.
-    MissingValue = 14,     // a parameter that is neither CONST nor GAP was given no value
-    BadValue = 15,         // the value text is not of the parameter's form
-    OutOfRange = 16,       // the raw value does not fit the parameter's bits
-    FactorZero = 17,       // a formula with factor 0 cannot be inverted
-    NoTableText = 18,      // no entry of the value table has that text
-    UnknownParameter = 19, // a value names no parameter of the message
-    DuplicateValue = 20,   // two values name the same parameter
+    MissingValue = 14,      // a parameter that is neither CONST nor GAP was given no value
+    BadValue = 15,          // the value text is not of the parameter's form
+    OutOfRange = 16,        // the raw value does not fit the parameter's bits
+    FactorZero = 17,        // a formula with factor 0 cannot be inverted
+    NoTableText = 18,       // no entry of the value table has that text
+    UnknownParameter = 19,  // a value names no parameter of the message
+    DuplicateValue = 20,    // two values name the same parameter
     // Anything else (memory exhaustion).
     Failure = 21,
 };
@@ -56,9 +56,9 @@ enum class CodecValueKind : uint32_t {
 // One parameter of a decoded message. The pointers point into the codec and stay valid as
 // long as the codec lives.
 struct DecodedParam {
-    const char* id = "";                      // the parameter's id
-    uint32_t bitPos = 0;                      // first bit in the message
-    uint32_t bitLength = 0;                   // number of bits
+    const char* id = "";     // the parameter's id
+    uint32_t bitPos = 0;     // first bit in the message
+    uint32_t bitLength = 0;  // number of bits
     ParamDataType type = ParamDataType::Undefined;
     CodecValueKind rawKind = CodecValueKind::None;
     uint64_t unsignedValue = 0;  // raw unsigned, bcd (as its decimal number) and `none` up to 64 bits
@@ -75,12 +75,12 @@ struct DecodedParam {
 
 // A decoded message.
 struct DecodedMessage {
-    uint32_t instanceIndex = InvalidIndex;  // index of the instance in the description
-    const char* instanceId = "";            // its id ("" when none)
-    uint32_t messageKind = 0;               // MessageKindRequest, ...PosResponse or ...NegResponse
-    std::vector<DecodedParam> params;       // in the order of the description
-    uint32_t length = 0;                    // bytes the message's parameters cover
-    uint32_t dataLength = 0;                // bytes given
+    uint32_t instanceIndex = InvalidIndex;      // index of the instance in the description
+    const char* instanceId = "";                // its id ("" when none)
+    uint32_t messageKind = 0;                   // MessageKindRequest, ...PosResponse or ...NegResponse
+    std::vector<DecodedParam> params;           // in the order of the description
+    uint32_t length = 0;                        // bytes the message's parameters cover
+    uint32_t dataLength = 0;                    // bytes given
     CodecProblem problem = CodecProblem::None;  // ShortData, TrailingData, NoSuchMessage, NotRecognised
     uint32_t errorCount = 0;    // problems of the message and its parameters, warnings not counted
     uint32_t warningCount = 0;  // UnknownConversion

@@ -79,8 +79,10 @@ public:
     virtual bool Recognise(const uint8_t* data, std::size_t size, Recognition& out) const = 0;
 
     // Decodes the data as the given message into `out`, reusing its storage (no allocation
-    // once `out` has held a message of that shape). False when the message or any parameter has
-    // an error (problem fields say which; NoSuchMessage for a bad instance or kind).
+    // once `out` has held a message of that shape). A negative response of an instance that
+    // describes none (or an empty one) is decoded by the plain 7F, SID, NRC shape. False when
+    // the message or any parameter has an error (problem fields say which; NoSuchMessage for a
+    // bad instance or kind).
     virtual bool Decode(uint32_t instance, uint32_t messageKind, const uint8_t* data, std::size_t size,
                         DecodedMessage& out) const = 0;
     // Recognises, then decodes. False when not recognised (problem NotRecognised; a 7F message

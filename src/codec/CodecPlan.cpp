@@ -359,15 +359,17 @@ private:
         const IConversionContainer* conversions = ecu_.GetConversionContainer();
         // The id lookup of the container interface is non-const only; it changes nothing.
         const IConversion* conversion =
-            conversions != nullptr ? const_cast<IConversionContainer*>(conversions)->GetConversion(param.convId)
-                                   : nullptr;
+            conversions != nullptr
+                ? const_cast<IConversionContainer*>(conversions)->GetConversion(param.convId)
+                : nullptr;
         if (conversion == nullptr) {
             param.conversion = ConversionUse::Missing;
             return;
         }
-        const bool table = conversion->HasTextTable() ||
-                           conversion->GetType() == static_cast<uint32_t>(ConversionKind::ValueTable) ||
-                           ModelUtils().ConversionKindFromName(conversion->GetId()) == ConversionKind::ValueTable;
+        const bool table =
+            conversion->HasTextTable() ||
+            conversion->GetType() == static_cast<uint32_t>(ConversionKind::ValueTable) ||
+            ModelUtils().ConversionKindFromName(conversion->GetId()) == ConversionKind::ValueTable;
         if (!table) {
             if (!IsNumber(param.kind)) {
                 SetProblem(param, CodecProblem::ConversionNotApplicable, "");
@@ -414,10 +416,12 @@ private:
                 table.reals.push_back({entry.real, i});
             }
         }
-        std::stable_sort(table.integers.begin(), table.integers.end(),
-                         [](const TablePlan::IntegerKey& a, const TablePlan::IntegerKey& b) { return a.value < b.value; });
-        std::stable_sort(table.reals.begin(), table.reals.end(),
-                         [](const TablePlan::RealKey& a, const TablePlan::RealKey& b) { return a.value < b.value; });
+        std::stable_sort(
+            table.integers.begin(), table.integers.end(),
+            [](const TablePlan::IntegerKey& a, const TablePlan::IntegerKey& b) { return a.value < b.value; });
+        std::stable_sort(
+            table.reals.begin(), table.reals.end(),
+            [](const TablePlan::RealKey& a, const TablePlan::RealKey& b) { return a.value < b.value; });
         plan_.tables.push_back(std::move(table));
         const uint32_t index = static_cast<uint32_t>(plan_.tables.size() - 1);
         tables_.emplace(&conversion, index);

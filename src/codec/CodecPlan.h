@@ -44,10 +44,10 @@ struct TablePlan {
         double value;
         uint32_t entry;
     };
-    std::vector<Entry> entries;         // in the table's order
-    std::vector<IntegerKey> integers;   // sorted by value; equal values keep the table's order
-    std::vector<RealKey> reals;         // the same for real numbers
-    bool hasTextEntries = false;        // an entry that is not an integer
+    std::vector<Entry> entries;        // in the table's order
+    std::vector<IntegerKey> integers;  // sorted by value; equal values keep the table's order
+    std::vector<RealKey> reals;        // the same for real numbers
+    bool hasTextEntries = false;       // an entry that is not an integer
 
     // The entry for an integer raw value, or null.
     const Entry* FindInteger(int64_t value) const;
@@ -74,12 +74,12 @@ struct ParamPlan {
     CodecProblem descriptionProblem = CodecProblem::None;
     double factor = 1.0;
     double offset = 0.0;
-    uint32_t table = 0;            // index into the plan's tables when `conversion` is Table
-    uint64_t constValue = 0;       // expected bits of a CONST field up to 64 bits
-    uint32_t constBytesAt = 0;     // expected bytes of a wide CONST field in `constBytes`
+    uint32_t table = 0;         // index into the plan's tables when `conversion` is Table
+    uint64_t constValue = 0;    // expected bits of a CONST field up to 64 bits
+    uint32_t constBytesAt = 0;  // expected bytes of a wide CONST field in `constBytes`
     const char* id = "";
     const char* unit = "";
-    const char* valueText = "";    // the description's value text, for messages
+    const char* valueText = "";  // the description's value text, for messages
     const char* convId = "";
     const char* problemDetail = "";  // what makes the description problem
 };

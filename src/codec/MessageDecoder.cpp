@@ -128,7 +128,8 @@ void DecodeNarrow(const ParamPlan& param, const uint8_t* data, DecodedParam& out
 void DecodeWide(const CodecPlan& plan, const ParamPlan& param, const uint8_t* data, DecodedParam& out) {
     const uint8_t* field = data + param.place.byteIndex;
     const uint32_t count = param.place.byteCount;
-    if (param.isConst && param.constUsable && std::memcmp(field, plan.constBytes.data() + param.constBytesAt, count) != 0) {
+    if (param.isConst && param.constUsable &&
+        std::memcmp(field, plan.constBytes.data() + param.constBytesAt, count) != 0) {
         Note(out, CodecProblem::ConstMismatch);
     }
     out.bytes.assign(field, field + count);
@@ -294,7 +295,8 @@ void DecodeMessage(const CodecPlan& plan, const MessagePlan& message, const uint
     out.nrcText = text != nullptr ? text : "";
 }
 
-bool ConstantsMatch(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data, std::size_t size) {
+bool ConstantsMatch(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data,
+                    std::size_t size) {
     const ConstCheck* checks = plan.checks.data() + message.firstCheck;
     for (uint32_t i = 0; i < message.checkCount; ++i) {
         const ConstCheck& check = checks[i];

@@ -80,8 +80,9 @@ Integer RoundedInteger(double real, const ParamPlan& param) {
         fits = rounded >= 0.0 && rounded < PowerOfTwo(bits);
     }
     if (!fits) {
-        Fail(CodecProblem::OutOfRange, "raw value " + NumberText(real) + " " + Msg::kDoesNotFit +
-                                           BitsText(param, param.kind == FieldKind::Signed ? "signed" : "unsigned"));
+        Fail(CodecProblem::OutOfRange,
+             "raw value " + NumberText(real) + " " + Msg::kDoesNotFit +
+                 BitsText(param, param.kind == FieldKind::Signed ? "signed" : "unsigned"));
     }
     Integer integer;
     integer.negative = rounded < 0;
@@ -128,7 +129,8 @@ uint64_t IntegerBits(const Integer& integer, const ParamPlan& param) {
             const uint64_t limit = uint64_t{1} << (bits - 1);  // magnitude of the smallest value
             const bool fits = integer.negative ? integer.magnitude <= limit : integer.magnitude < limit;
             if (!fits) {
-                Fail(CodecProblem::OutOfRange, IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "signed"));
+                Fail(CodecProblem::OutOfRange,
+                     IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "signed"));
             }
             const uint64_t twos = integer.negative ? 0 - integer.magnitude : integer.magnitude;
             return twos & LowBits(bits);
@@ -137,7 +139,8 @@ uint64_t IntegerBits(const Integer& integer, const ParamPlan& param) {
             const uint32_t digits = bits / 4;
             if ((integer.negative && integer.magnitude != 0) ||
                 (digits < 20 && integer.magnitude >= PowerOfTen(digits))) {
-                Fail(CodecProblem::OutOfRange, IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "bcd"));
+                Fail(CodecProblem::OutOfRange,
+                     IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "bcd"));
             }
             uint64_t packed = 0;
             uint64_t rest = integer.magnitude;
@@ -173,7 +176,8 @@ uint64_t RealBits(double real, const ParamPlan& param) {
 
 // Bytes for a byte-string field, given in the order they are read (texts as sent, `none`
 // most significant first); shorter ones get zeros at the end, as the description's values do.
-FieldBits BytesBits(ByteBuffer bytes, const ParamPlan& param, bool mostSignificantFirst, const char* typeName) {
+FieldBits BytesBits(ByteBuffer bytes, const ParamPlan& param, bool mostSignificantFirst,
+                    const char* typeName) {
     const uint32_t count = (param.place.bitLength + 7) / 8;
     if (bytes.size() > count) {
         Fail(CodecProblem::OutOfRange,
@@ -200,7 +204,8 @@ FieldBits BytesBits(ByteBuffer bytes, const ParamPlan& param, bool mostSignifica
         }
     }
     if (param.place.bitLength < 64 && (value >> param.place.bitLength) != 0) {
-        Fail(CodecProblem::OutOfRange, std::string("the bytes ") + Msg::kDoesNotFit + BitsText(param, typeName));
+        Fail(CodecProblem::OutOfRange,
+             std::string("the bytes ") + Msg::kDoesNotFit + BitsText(param, typeName));
     }
     field.narrow = value;
     return field;
@@ -278,11 +283,12 @@ FieldBits TableBits(const CodecPlan& plan, const EncodeValue& value, const Param
     }
     Integer integer;
     integer.negative = entry->integer < 0;
-    integer.magnitude = integer.negative ? 0 - static_cast<uint64_t>(entry->integer)
-                                         : static_cast<uint64_t>(entry->integer);
+    integer.magnitude =
+        integer.negative ? 0 - static_cast<uint64_t>(entry->integer) : static_cast<uint64_t>(entry->integer);
     if (param.kind == FieldKind::Bytes) {
         if (integer.negative || integer.magnitude > LowBits(param.place.bitLength)) {
-            Fail(CodecProblem::OutOfRange, IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "none"));
+            Fail(CodecProblem::OutOfRange,
+                 IntegerText(integer) + " " + Msg::kDoesNotFit + BitsText(param, "none"));
         }
         field.narrow = integer.magnitude;
         return field;
@@ -300,7 +306,8 @@ FieldBits FormulaBits(const EncodeValue& value, const ParamPlan& param) {
     FieldBits field;
     if (param.kind == FieldKind::Float || param.kind == FieldKind::Double) {
         if (!std::isfinite(raw)) {
-            Fail(CodecProblem::OutOfRange, NumberText(raw) + " " + Msg::kDoesNotFit + BitsText(param, "real"));
+            Fail(CodecProblem::OutOfRange,
+                 NumberText(raw) + " " + Msg::kDoesNotFit + BitsText(param, "real"));
         }
         field.narrow = RealBits(raw, param);
     } else {
@@ -347,7 +354,8 @@ void CheckPlaced(const ParamPlan& param) {
     }
 }
 
-void EncodeParam(const CodecPlan& plan, const ParamPlan& param, const EncodeValue* value, ByteBuffer& message) {
+void EncodeParam(const CodecPlan& plan, const ParamPlan& param, const EncodeValue* value,
+                 ByteBuffer& message) {
     CheckPlaced(param);
     if (value != nullptr) {
         Write(param, ValueBits(plan, *value, param), message);
@@ -369,7 +377,8 @@ void EncodeParam(const CodecPlan& plan, const ParamPlan& param, const EncodeValu
     Fail(CodecProblem::MissingValue, Msg::kNeedsValue);
 }
 
-void SetError(CodecError& error, CodecProblem problem, const std::string& paramId, const std::string& detail) {
+void SetError(CodecError& error, CodecProblem problem, const std::string& paramId,
+              const std::string& detail) {
     error.problem = problem;
     error.paramId = paramId;
     error.message = paramId.empty() ? detail : "parameter " + Quote(paramId) + ": " + detail;

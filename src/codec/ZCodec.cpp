@@ -57,7 +57,9 @@ bool ZCodec::HasMessage(uint32_t instance, uint32_t messageKind) const {
 
 const MessagePlan* ZCodec::DecodingPlan(uint32_t instance, uint32_t messageKind) const {
     const MessagePlan* message = plan_.Message(instance, messageKind);
-    if (message == nullptr && instance < plan_.instances.size() && messageKind == MessageKindNegResponse) {
+    // An empty negative response element says that the instance has one, not what it holds.
+    const bool undescribed = message == nullptr || message->paramCount == 0;
+    if (undescribed && instance < plan_.instances.size() && messageKind == MessageKindNegResponse) {
         message = &plan_.messages[plan_.plainNegative];
     }
     return message;

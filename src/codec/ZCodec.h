@@ -35,7 +35,8 @@ public:
 
 private:
     // The plan a message of that kind is decoded with: the described one, or for a negative
-    // response of an instance that describes none, the plain 7F, SID, NRC shape.
+    // response of an instance that describes none (or has an empty one), the plain 7F, SID,
+    // NRC shape.
     const MessagePlan* DecodingPlan(uint32_t instance, uint32_t messageKind) const;
     bool RecogniseMessage(const uint8_t* data, std::size_t size, Recognition& out) const;
     void FillInstance(uint32_t instance, DecodedMessage& out) const;
