@@ -91,6 +91,9 @@ struct DecodedMessage {
     uint8_t requestSid = 0;
     uint8_t nrc = 0;
     const char* nrcText = "";  // the text of the ECU's NRC table; "" when the table has no such code
+    // Not part of the result: parameters of earlier, longer messages, kept with their storage
+    // so that decoding messages of different shapes in turn allocates nothing.
+    std::vector<DecodedParam> spareParams;
 
     // True when neither the message nor a parameter has an error (warnings allowed).
     bool IsClean() const { return errorCount == 0; }

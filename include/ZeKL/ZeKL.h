@@ -4,9 +4,9 @@
 #include <ZeKL/CodecTypes.h>
 #include <ZeKL/DebugOutput.h>
 #include <ZeKL/Exports.h>
+#include <ZeKL/ICodec.h>
 #include <ZeKL/IConstModelItemTraverser.h>
 #include <ZeKL/IConstModelItemVisitor.h>
-#include <ZeKL/ICodec.h>
 #include <ZeKL/IContainer.h>
 #include <ZeKL/IConversion.h>
 #include <ZeKL/IConversionContainer.h>

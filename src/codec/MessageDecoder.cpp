@@ -261,10 +261,25 @@ void DecodeParam(const CodecPlan& plan, const ParamPlan& param, const uint8_t* d
 
 }  // namespace
 
+// Parameters beyond the message's count go to the spare list and come back from it, with the
+// buffers they have grown, instead of being destroyed and built again.
+void ResizeKeepingStorage(DecodedMessage& out, std::size_t count) {
+    std::vector<DecodedParam>& params = out.params;
+    while (params.size() > count) {
+        out.spareParams.push_back(std::move(params.back()));
+        params.pop_back();
+    }
+    while (params.size() < count && !out.spareParams.empty()) {
+        params.push_back(std::move(out.spareParams.back()));
+        out.spareParams.pop_back();
+    }
+    params.resize(count);
+}
+
 void DecodeMessage(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data, std::size_t size,
                    DecodedMessage& out) {
     out.messageKind = message.kind;
-    out.params.resize(message.paramCount);
+    ResizeKeepingStorage(out, message.paramCount);
     out.length = message.length;
     out.dataLength = static_cast<uint32_t>(size > UINT32_MAX ? UINT32_MAX : size);
     out.errorCount = 0;

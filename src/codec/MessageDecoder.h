@@ -15,6 +15,10 @@ namespace Korvel {
 void DecodeMessage(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data, std::size_t size,
                    DecodedMessage& out);
 
+// Sets the number of parameters of `out`: those beyond it are kept in `out.spareParams` with
+// their buffers, and new ones come from there first.
+void ResizeKeepingStorage(DecodedMessage& out, std::size_t count);
+
 // True when every usable constant of the message matches the data.
 bool ConstantsMatch(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data, std::size_t size);
 

@@ -135,6 +135,26 @@ void ZCodec::FillInstance(uint32_t instance, DecodedMessage& out) const {
     out.matchCount = 0;
 }
 
+void ZCodec::EmptyResult(DecodedMessage& out, std::size_t size, uint32_t messageKind) {
+    // Dropping the parameters may not allocate: after a failed allocation there is nothing to
+    // spare, so they are simply destroyed then.
+    try {
+        ResizeKeepingStorage(out, 0);
+    } catch (...) {
+        out.params.clear();
+    }
+    out.messageKind = messageKind;
+    out.length = 0;
+    out.dataLength = static_cast<uint32_t>(size > UINT32_MAX ? UINT32_MAX : size);
+    out.problem = CodecProblem::None;
+    out.errorCount = 0;
+    out.warningCount = 0;
+    out.hasNrc = false;
+    out.requestSid = 0;
+    out.nrc = 0;
+    out.nrcText = "";
+}
+
 void ZCodec::Fail(DecodedMessage& out, CodecProblem problem) {
     out.problem = problem;
     ++out.errorCount;
@@ -150,14 +170,7 @@ bool ZCodec::Decode(uint32_t instance, uint32_t messageKind, const uint8_t* data
     try {
         const MessagePlan* message = DecodingPlan(instance, messageKind);
         if (message == nullptr) {
-            out.params.clear();
-            out.errorCount = 0;
-            out.warningCount = 0;
-            out.length = 0;
-            out.dataLength = static_cast<uint32_t>(size > UINT32_MAX ? UINT32_MAX : size);
-            out.messageKind = messageKind;
-            out.hasNrc = false;
-            out.nrcText = "";
+            EmptyResult(out, size, messageKind);
             FillInstance(instance, out);
             Fail(out, CodecProblem::NoSuchMessage);
             return false;
@@ -166,8 +179,7 @@ bool ZCodec::Decode(uint32_t instance, uint32_t messageKind, const uint8_t* data
         FillInstance(instance, out);
         return out.IsClean();
     } catch (...) {
-        out.params.clear();
-        out.errorCount = 0;
+        EmptyResult(out, size, messageKind);
         Fail(out, CodecProblem::Failure);
         return false;
     }
@@ -192,14 +204,7 @@ bool ZCodec::DecodeAny(const uint8_t* data, std::size_t size, DecodedMessage& ou
             // gives the SID and the NRC.
             DecodeMessage(plan_, plan_.messages[plan_.plainNegative], data, size, out);
         } else {
-            out.params.clear();
-            out.errorCount = 0;
-            out.warningCount = 0;
-            out.length = 0;
-            out.dataLength = static_cast<uint32_t>(size > UINT32_MAX ? UINT32_MAX : size);
-            out.messageKind = 0;
-            out.hasNrc = false;
-            out.nrcText = "";
+            EmptyResult(out, size, 0);
         }
         FillInstance(InvalidIndex, out);
         if (out.problem == CodecProblem::ShortData || out.problem == CodecProblem::TrailingData) {
@@ -208,8 +213,7 @@ bool ZCodec::DecodeAny(const uint8_t* data, std::size_t size, DecodedMessage& ou
         Fail(out, CodecProblem::NotRecognised);
         return false;
     } catch (...) {
-        out.params.clear();
-        out.errorCount = 0;
+        EmptyResult(out, size, 0);
         Fail(out, CodecProblem::Failure);
         return false;
     }

@@ -40,6 +40,7 @@ private:
     const MessagePlan* DecodingPlan(uint32_t instance, uint32_t messageKind) const;
     bool RecogniseMessage(const uint8_t* data, std::size_t size, Recognition& out) const;
     void FillInstance(uint32_t instance, DecodedMessage& out) const;
+    static void EmptyResult(DecodedMessage& out, std::size_t size, uint32_t messageKind);
     static void Fail(DecodedMessage& out, CodecProblem problem);
 
     CodecPlan plan_;
