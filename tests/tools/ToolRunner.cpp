@@ -33,6 +33,10 @@ std::string ShellQuoted(const std::string& word) {
 }  // namespace
 
 ToolResult RunTool(const std::vector<std::string>& args) {
+    return RunToolWithInput(args, "/dev/null");
+}
+
+ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath) {
     TempDir capture;
     const std::string outPath = capture.Path("stdout");
     const std::string errPath = capture.Path("stderr");
@@ -40,7 +44,7 @@ ToolResult RunTool(const std::vector<std::string>& args) {
     for (const std::string& arg : args) {
         command += " " + ShellQuoted(arg);
     }
-    command += " </dev/null >" + ShellQuoted(outPath) + " 2>" + ShellQuoted(errPath);
+    command += " <" + ShellQuoted(inputPath) + " >" + ShellQuoted(outPath) + " 2>" + ShellQuoted(errPath);
     const int status = std::system(command.c_str());
     ToolResult result;
     result.exitCode = (status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1;

@@ -14,6 +14,8 @@ struct ToolResult {
 
 // Runs zekl with the arguments; standard output and error go to temporary files.
 ToolResult RunTool(const std::vector<std::string>& args);
+// The same with standard input read from a file.
+ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath);
 
 // A fresh directory removed with its content when the object dies.
 class TempDir {

@@ -123,7 +123,8 @@ std::string Heading(const Input& input, const Korvel::DecodedMessage& message, b
             text += " (" + std::to_string(message.matchCount) + " instances have request SID 0x" +
                     HexBytes({message.requestSid}) + "; the first is shown)";
         } else {
-            text += " (" + std::to_string(message.matchCount) + " messages match as well; the first is shown)";
+            text +=
+                " (" + std::to_string(message.matchCount) + " messages match as well; the first is shown)";
         }
     }
     return text + "\n";
@@ -151,10 +152,12 @@ std::string ParamTable(const Korvel::DecodedMessage& message) {
     }
     TextTable table(header);
     for (const Korvel::DecodedParam& param : message.params) {
-        std::vector<std::string> row = {param.id, std::to_string(param.bitPos / 8) + "." + std::to_string(param.bitPos % 8),
-                                        std::to_string(param.bitLength), RawCell(param), PhysicalCell(param)};
+        std::vector<std::string> row = {
+            param.id, std::to_string(param.bitPos / 8) + "." + std::to_string(param.bitPos % 8),
+            std::to_string(param.bitLength), RawCell(param), PhysicalCell(param)};
         if (anyProblem) {
-            row.push_back(param.problem != Korvel::CodecProblem::None ? Korvel::CodecProblemText(param.problem) : "-");
+            row.push_back(
+                param.problem != Korvel::CodecProblem::None ? Korvel::CodecProblemText(param.problem) : "-");
         }
         table.AddRow(std::move(row));
     }
@@ -166,8 +169,8 @@ std::string ProblemLines(const Korvel::DecodedMessage& message) {
     const Korvel::CodecProblem problem = message.problem;
     if (problem == Korvel::CodecProblem::ShortData || problem == Korvel::CodecProblem::TrailingData) {
         text += std::string("problem: ") + Korvel::CodecProblemText(problem) + " (" +
-                std::to_string(message.dataLength) + " bytes, the message has " + std::to_string(message.length) +
-                ")\n";
+                std::to_string(message.dataLength) + " bytes, the message has " +
+                std::to_string(message.length) + ")\n";
     }
     for (const Korvel::DecodedParam& param : message.params) {
         if (param.problem == Korvel::CodecProblem::None) {
@@ -188,9 +191,9 @@ struct DecodeTarget {
 }  // namespace
 
 int RunDecode(const Words& args) {
-    Arguments arguments("decode",
-                        {{"instance", 'i', true}, {"response", 0, false}, {"negative", 0, false}, {"json", 0, false}},
-                        args);
+    Arguments arguments(
+        "decode",
+        {{"instance", 'i', true}, {"response", 0, false}, {"negative", 0, false}, {"json", 0, false}}, args);
     if (arguments.HelpRequested()) {
         std::fputs(kDecodeHelp, stdout);
         return ExitSuccess;
@@ -242,10 +245,12 @@ int RunDecode(const Words& args) {
                       : arguments.Has("negative") ? Korvel::MessageKindNegResponse
                                                   : Korvel::MessageKindRequest;
         if (target.instance == Korvel::InvalidIndex) {
-            PrintError("no instance " + Quoted(id) + " in " + Quoted(path) + " (see 'zekl show " + path + "')");
+            PrintError("no instance " + Quoted(id) + " in " + Quoted(path) + " (see 'zekl show " + path +
+                       "')");
             return ExitDocumentProblem;
         }
-        if (target.kind != Korvel::MessageKindNegResponse && !codec->HasMessage(target.instance, target.kind)) {
+        if (target.kind != Korvel::MessageKindNegResponse &&
+            !codec->HasMessage(target.instance, target.kind)) {
             PrintError("instance " + Quoted(id) + " has no " + KindName(target.kind));
             return ExitDocumentProblem;
         }
@@ -263,7 +268,8 @@ int RunDecode(const Words& args) {
             if (json) {
                 all.push_back({{"input", input.label}, {"error", input.error}});
             } else {
-                WriteAll(stdout, std::string(first ? "" : "\n") + input.error + ": not hex: " + Quoted(input.label) + "\n");
+                WriteAll(stdout, std::string(first ? "" : "\n") + input.error +
+                                     ": not hex: " + Quoted(input.label) + "\n");
             }
             first = false;
             continue;

@@ -144,8 +144,8 @@ std::string Cell(int32_t owner) {
 }
 
 std::string FieldDescription(const Korvel::LayoutField& field) {
-    std::string text = "bit " + std::to_string(field.bitPos) + ", " + std::to_string(field.bitLength) + " bits, " +
-                       Korvel::GetDataModelUtils().DataTypeToName(field.type);
+    std::string text = "bit " + std::to_string(field.bitPos) + ", " + std::to_string(field.bitLength) +
+                       " bits, " + Korvel::GetDataModelUtils().DataTypeToName(field.type);
     if (field.motorola) {
         text += ", MOTOROLA";
     }

@@ -209,13 +209,16 @@ std::string PhysicalCell(const Korvel::DecodedParam& param) {
     }
 }
 
-nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message, bool recognised) {
+nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message,
+                                   bool recognised) {
     nlohmann::ordered_json json;
     json["input"] = input;
     json["recognised"] = recognised;
-    json["instance"] = message.instanceIndex != Korvel::InvalidIndex ? nlohmann::ordered_json(message.instanceId)
-                                                                    : nlohmann::ordered_json(nullptr);
-    json["kind"] = message.messageKind != 0 ? nlohmann::ordered_json(KindKey(message.messageKind)) : nlohmann::ordered_json(nullptr);
+    json["instance"] = message.instanceIndex != Korvel::InvalidIndex
+                           ? nlohmann::ordered_json(message.instanceId)
+                           : nlohmann::ordered_json(nullptr);
+    json["kind"] = message.messageKind != 0 ? nlohmann::ordered_json(KindKey(message.messageKind))
+                                            : nlohmann::ordered_json(nullptr);
     json["matches"] = message.matchCount;
     json["length"] = message.length;
     json["dataLength"] = message.dataLength;

@@ -31,7 +31,8 @@ std::string RawCell(const Korvel::DecodedParam& param);
 std::string PhysicalCell(const Korvel::DecodedParam& param);
 
 // One decoded message as JSON (the keys are listed in the decode command's help).
-nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message, bool recognised);
+nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message,
+                                   bool recognised);
 
 // The text for JSON output: invalid UTF-8 in texts from messages is replaced, not refused.
 std::string JsonText(const nlohmann::ordered_json& json);
