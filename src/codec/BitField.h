@@ -11,16 +11,18 @@ namespace Korvel {
 
 struct FieldPlace {
     uint32_t byteIndex = 0;  // B
-    uint32_t bitOffset = 0;  // O, 0..7
     uint32_t bitLength = 0;  // L
     uint32_t byteCount = 0;  // ceil((O + L) / 8)
+    uint8_t bitOffset = 0;   // O, 0..7
     bool motorola = false;   // first byte most significant
+
+    uint32_t BitPos() const { return 8 * byteIndex + bitOffset; }
 };
 
 inline FieldPlace MakeFieldPlace(uint32_t bitPos, uint32_t bitLength, bool motorola) {
     FieldPlace place;
     place.byteIndex = bitPos / 8;
-    place.bitOffset = bitPos % 8;
+    place.bitOffset = static_cast<uint8_t>(bitPos % 8);
     place.bitLength = bitLength;
     place.byteCount = static_cast<uint32_t>((static_cast<uint64_t>(place.bitOffset) + bitLength + 7) / 8);
     place.motorola = motorola;

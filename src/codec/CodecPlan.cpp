@@ -21,17 +21,10 @@ const char* ZTextPool::Keep(const char* text) {
     return texts_.insert(std::string(text != nullptr ? text : "")).first->c_str();
 }
 
-const TablePlan::Entry* TablePlan::FindInteger(int64_t value) const {
+const TablePlan::Entry* TablePlan::FindIntegerSorted(int64_t value) const {
     const auto it = std::lower_bound(integers.begin(), integers.end(), value,
                                      [](const IntegerKey& key, int64_t v) { return key.value < v; });
     return it != integers.end() && it->value == value ? &entries[it->entry] : nullptr;
-}
-
-const TablePlan::Entry* TablePlan::FindUnsigned(uint64_t value) const {
-    if (value > static_cast<uint64_t>(std::numeric_limits<int64_t>::max())) {
-        return nullptr;
-    }
-    return FindInteger(static_cast<int64_t>(value));
 }
 
 const TablePlan::Entry* TablePlan::FindReal(double value) const {
@@ -116,10 +109,10 @@ bool IsNumber(FieldKind kind) {
            kind == FieldKind::Float || kind == FieldKind::Double;
 }
 
-void SetProblem(ParamPlan& param, CodecProblem problem, const char* detail) {
+void SetProblem(ParamPlan& param, ParamNotes& notes, CodecProblem problem, const char* detail) {
     if (param.descriptionProblem == CodecProblem::None) {
         param.descriptionProblem = problem;
-        param.problemDetail = detail;
+        notes.problemDetail = detail;
     }
 }
 
@@ -187,7 +180,7 @@ private:
                 continue;
             }
             const ParamPlan& sid = plan_.params[at];
-            if (sid.bitPos == 0 && sid.place.bitLength == 8 && sid.constUsable && !sid.wide) {
+            if (sid.BitPos() == 0 && sid.place.bitLength == 8 && sid.constUsable && !sid.wide) {
                 entry.hasRequestSid = true;
                 entry.requestSid = static_cast<uint8_t>(sid.constValue);
             }
@@ -206,7 +199,9 @@ private:
             if (param == nullptr) {
                 continue;
             }
-            plan_.params.push_back(BuildParam(*param));
+            ParamNotes notes;
+            plan_.params.push_back(BuildParam(*param, notes));
+            plan_.notes.push_back(notes);
             sidFlags_.push_back(param->IsSid());
         }
         plan.paramCount = static_cast<uint32_t>(plan_.params.size()) - plan.firstParam;
@@ -224,7 +219,7 @@ private:
                 check.endByte = param.endByte;
                 check.wide = param.wide;
                 check.expected = param.constValue;
-                check.bytesAt = param.constBytesAt;
+                check.bytesAt = static_cast<uint32_t>(param.constValue);
                 plan_.checks.push_back(check);
                 plan.constBits += param.place.bitLength;
             }
@@ -234,49 +229,48 @@ private:
         return static_cast<uint32_t>(plan_.messages.size() - 1);
     }
 
-    ParamPlan BuildParam(const IParam& source) {
+    ParamPlan BuildParam(const IParam& source, ParamNotes& notes) {
         ParamPlan param;
         param.id = plan_.pool.Keep(source.GetId());
         param.unit = plan_.pool.Keep(source.GetUnit());
-        param.valueText = plan_.pool.Keep(source.GetValue());
-        param.convId = plan_.pool.Keep(source.GetConvId());
-        param.bitPos = source.GetBitPos();
+        notes.valueText = plan_.pool.Keep(source.GetValue());
+        notes.convId = plan_.pool.Keep(source.GetConvId());
         param.type = ModelUtils().DataTypeFromName(source.GetDataTypeName());
         param.kind = KindOf(param.type);
         param.isConst = source.IsConst();
         param.isGap = source.IsGap();
-        param.place = MakeFieldPlace(param.bitPos, source.GetBitLength(), source.IsMotorola());
-        PlaceParam(param);
+        param.place = MakeFieldPlace(source.GetBitPos(), source.GetBitLength(), source.IsMotorola());
+        PlaceParam(param, notes, source.GetBitPos());
         if (!HasLayoutProblem(param)) {
-            ReadConstant(source, param);
-            ReadConversion(param);
+            ReadConstant(source, param, notes);
+            ReadConversion(param, notes);
         }
         return param;
     }
 
-    void PlaceParam(ParamPlan& param) {
+    void PlaceParam(ParamPlan& param, ParamNotes& notes, uint32_t bitPos) {
         const uint32_t length = param.place.bitLength;
-        const uint64_t endBit = static_cast<uint64_t>(param.bitPos) + length;
+        const uint64_t endBit = static_cast<uint64_t>(bitPos) + length;
         if (length == 0) {
-            SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutZeroLength);
+            SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutZeroLength);
             return;
         }
         if ((endBit + 7) / 8 > kMaxMessageBytes) {
-            SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutTooFar);
+            SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutTooFar);
             return;
         }
         param.endByte = static_cast<uint32_t>((endBit + 7) / 8);
         if (param.kind == FieldKind::Invalid) {
-            SetProblem(param, CodecProblem::UnknownType, Msg::kUnknownType);
+            SetProblem(param, notes, CodecProblem::UnknownType, Msg::kUnknownType);
             return;
         }
         if (length > 64) {
             if (!IsByteString(param.kind)) {
-                SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutLongNumber);
+                SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutLongNumber);
                 return;
             }
             if (param.place.bitOffset != 0 || length % 8 != 0) {
-                SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutUnaligned);
+                SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutUnaligned);
                 return;
             }
             param.wide = true;
@@ -284,22 +278,22 @@ private:
         switch (param.kind) {
             case FieldKind::Float:
                 if (length != 32) {
-                    SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutFp);
+                    SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutFp);
                 }
                 break;
             case FieldKind::Double:
                 if (length != 64) {
-                    SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutDouble);
+                    SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutDouble);
                 }
                 break;
             case FieldKind::Bcd:
                 if (length % 4 != 0) {
-                    SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutBcd);
+                    SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutBcd);
                 }
                 break;
             case FieldKind::Ucs2:
                 if (length % 16 != 0) {
-                    SetProblem(param, CodecProblem::BadLayout, Msg::kLayoutUcs2);
+                    SetProblem(param, notes, CodecProblem::BadLayout, Msg::kLayoutUcs2);
                 }
                 break;
             default:
@@ -309,18 +303,18 @@ private:
 
     // The expected bits of a CONST parameter are its value's image in transmission order, read
     // back by the field's own rule so that decode and the model's image agree byte for byte.
-    void ReadConstant(const IParam& source, ParamPlan& param) {
+    void ReadConstant(const IParam& source, ParamPlan& param, ParamNotes& notes) {
         if (!param.isConst) {
             return;
         }
         const ByteBuffer image = source.GetValueImage();
         const uint32_t byteLength = (param.place.bitLength + 7) / 8;
         if (image.empty() || image.size() != byteLength) {
-            SetProblem(param, CodecProblem::BadConstant, Msg::kBadConstant);
+            SetProblem(param, notes, CodecProblem::BadConstant, Msg::kBadConstant);
             return;
         }
         if (param.wide) {
-            param.constBytesAt = static_cast<uint32_t>(plan_.constBytes.size());
+            param.constValue = plan_.constBytes.size();
             plan_.constBytes.insert(plan_.constBytes.end(), image.begin(), image.end());
             param.constUsable = true;
             return;
@@ -343,7 +337,7 @@ private:
             const bool fitsSigned = param.kind == FieldKind::Signed &&
                                     SignExtend(value, imageBits) == SignExtend(value & LowBits(bits), bits);
             if (!fitsSigned) {
-                SetProblem(param, CodecProblem::BadConstant, Msg::kBadConstant);
+                SetProblem(param, notes, CodecProblem::BadConstant, Msg::kBadConstant);
                 return;
             }
             value &= LowBits(bits);
@@ -352,15 +346,15 @@ private:
         param.constUsable = true;
     }
 
-    void ReadConversion(ParamPlan& param) {
-        if (param.convId[0] == '\0') {
+    void ReadConversion(ParamPlan& param, ParamNotes& notes) {
+        if (notes.convId[0] == '\0') {
             return;
         }
         const IConversionContainer* conversions = ecu_.GetConversionContainer();
         // The id lookup of the container interface is non-const only; it changes nothing.
         const IConversion* conversion =
             conversions != nullptr
-                ? const_cast<IConversionContainer*>(conversions)->GetConversion(param.convId)
+                ? const_cast<IConversionContainer*>(conversions)->GetConversion(notes.convId)
                 : nullptr;
         if (conversion == nullptr) {
             param.conversion = ConversionUse::Missing;
@@ -372,20 +366,30 @@ private:
             ModelUtils().ConversionKindFromName(conversion->GetId()) == ConversionKind::ValueTable;
         if (!table) {
             if (!IsNumber(param.kind)) {
-                SetProblem(param, CodecProblem::ConversionNotApplicable, "");
+                SetProblem(param, notes, CodecProblem::ConversionNotApplicable, "");
                 return;
             }
             param.conversion = ConversionUse::Formula;
-            param.factor = conversion->GetFactor();
-            param.offset = conversion->GetOffset();
+            param.conversionIndex = FormulaFor(*conversion);
             return;
         }
         if (param.wide && param.kind == FieldKind::Bytes) {
-            SetProblem(param, CodecProblem::ConversionNotApplicable, "");
+            SetProblem(param, notes, CodecProblem::ConversionNotApplicable, "");
             return;
         }
         param.conversion = ConversionUse::Table;
-        param.table = TableFor(*conversion);
+        param.conversionIndex = TableFor(*conversion);
+    }
+
+    uint32_t FormulaFor(const IConversion& conversion) {
+        const auto known = formulas_.find(&conversion);
+        if (known != formulas_.end()) {
+            return known->second;
+        }
+        plan_.formulas.push_back({conversion.GetFactor(), conversion.GetOffset()});
+        const uint32_t index = static_cast<uint32_t>(plan_.formulas.size() - 1);
+        formulas_.emplace(&conversion, index);
+        return index;
     }
 
     uint32_t TableFor(const IConversion& conversion) {
@@ -422,10 +426,33 @@ private:
         std::stable_sort(
             table.reals.begin(), table.reals.end(),
             [](const TablePlan::RealKey& a, const TablePlan::RealKey& b) { return a.value < b.value; });
+        MakeDense(table);
         plan_.tables.push_back(std::move(table));
         const uint32_t index = static_cast<uint32_t>(plan_.tables.size() - 1);
         tables_.emplace(&conversion, index);
         return index;
+    }
+
+    // A direct index when the integer values lie close together (at most 256 apart and at
+    // least a quarter of the slots used); the first entry of a value wins, as in the sorted list.
+    static void MakeDense(TablePlan& table) {
+        if (table.integers.empty()) {
+            return;
+        }
+        const int64_t low = table.integers.front().value;
+        const int64_t high = table.integers.back().value;
+        const uint64_t span = static_cast<uint64_t>(high) - static_cast<uint64_t>(low) + 1;
+        if (span > 256 || span > 4 * table.integers.size()) {
+            return;
+        }
+        table.denseBase = low;
+        table.dense.assign(static_cast<std::size_t>(span), -1);
+        for (const TablePlan::IntegerKey& key : table.integers) {
+            int32_t& slot = table.dense[static_cast<std::size_t>(key.value - low)];
+            if (slot < 0) {
+                slot = static_cast<int32_t>(key.entry);
+            }
+        }
     }
 
     static void ReadEntryNumber(TablePlan::Entry& entry) {
@@ -463,14 +490,14 @@ private:
         plan.firstParam = static_cast<uint32_t>(plan_.params.size());
         for (uint32_t i = 0; i < 3; ++i) {
             ParamPlan param;
+            ParamNotes notes;
             param.id = plan_.pool.Keep(ids[i]);
             param.unit = plan_.pool.Keep("");
-            param.valueText = plan_.pool.Keep(i == 0 ? "0x7F" : "");
-            param.convId = param.unit;
-            param.bitPos = 8 * i;
+            notes.valueText = plan_.pool.Keep(i == 0 ? "0x7F" : "");
+            notes.convId = param.unit;
             param.type = ParamDataType::Unsigned;
             param.kind = FieldKind::Unsigned;
-            param.place = MakeFieldPlace(param.bitPos, 8, true);
+            param.place = MakeFieldPlace(8 * i, 8, true);
             param.endByte = i + 1;
             if (i == 0) {
                 param.isConst = true;
@@ -478,6 +505,7 @@ private:
                 param.constValue = 0x7F;
             }
             plan_.params.push_back(param);
+            plan_.notes.push_back(notes);
             sidFlags_.push_back(i == 0);
         }
         plan.paramCount = 3;
@@ -488,6 +516,7 @@ private:
     CodecPlan& plan_;
     std::vector<bool> sidFlags_;  // per parameter of the plan: its semantics say SID
     std::unordered_map<const IConversion*, uint32_t> tables_;
+    std::unordered_map<const IConversion*, uint32_t> formulas_;
 };
 
 }  // namespace

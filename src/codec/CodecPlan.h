@@ -9,6 +9,7 @@
 #include <ZeKL/CodecTypes.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -48,10 +49,29 @@ struct TablePlan {
     std::vector<IntegerKey> integers;  // sorted by value; equal values keep the table's order
     std::vector<RealKey> reals;        // the same for real numbers
     bool hasTextEntries = false;       // an entry that is not an integer
+    // Most tables number a few states from 0 or 1: their integer entries are also found by
+    // index, from `denseBase` on (-1 where no entry has the value).
+    int64_t denseBase = 0;
+    std::vector<int32_t> dense;
 
     // The entry for an integer raw value, or null.
-    const Entry* FindInteger(int64_t value) const;
-    const Entry* FindUnsigned(uint64_t value) const;
+    const Entry* FindInteger(int64_t value) const {
+        if (!dense.empty()) {
+            const uint64_t at = static_cast<uint64_t>(value) - static_cast<uint64_t>(denseBase);
+            if (at >= dense.size() || dense[at] < 0) {
+                return nullptr;
+            }
+            return &entries[static_cast<std::size_t>(dense[at])];
+        }
+        return FindIntegerSorted(value);
+    }
+    const Entry* FindUnsigned(uint64_t value) const {
+        if (value > static_cast<uint64_t>(INT64_MAX)) {
+            return nullptr;
+        }
+        return FindInteger(static_cast<int64_t>(value));
+    }
+    const Entry* FindIntegerSorted(int64_t value) const;
     const Entry* FindReal(double value) const;
     // Exact text comparison over all entries (text parameters, and integers by their decimal
     // text when no entry matched numerically).
@@ -60,28 +80,40 @@ struct TablePlan {
     const Entry* FindByText(const std::string& text) const;
 };
 
+// What decoding one parameter needs, in one cache line: a description of tens of thousands
+// of messages is read at random, so a decode should touch as few lines as it can.
 struct ParamPlan {
     FieldPlace place;
-    uint32_t bitPos = 0;
-    uint32_t endByte = 0;  // one past the field's last byte
-    FieldKind kind = FieldKind::Invalid;
+    uint32_t endByte = 0;  // one past the field's last byte; 0 for a field that has no place
     ParamDataType type = ParamDataType::Undefined;
+    CodecProblem descriptionProblem = CodecProblem::None;
+    FieldKind kind = FieldKind::Invalid;
+    ConversionUse conversion = ConversionUse::None;
     bool wide = false;  // more than 64 bits: a byte string on whole bytes
     bool isConst = false;
     bool constUsable = false;
     bool isGap = false;
-    ConversionUse conversion = ConversionUse::None;
-    CodecProblem descriptionProblem = CodecProblem::None;
-    double factor = 1.0;
-    double offset = 0.0;
-    uint32_t table = 0;         // index into the plan's tables when `conversion` is Table
-    uint64_t constValue = 0;    // expected bits of a CONST field up to 64 bits
-    uint32_t constBytesAt = 0;  // expected bytes of a wide CONST field in `constBytes`
+    uint32_t conversionIndex = 0;  // into the plan's formulas or tables, by `conversion`
+    // Expected bits of a CONST field up to 64 bits; for a wide one, where its expected bytes
+    // start in the plan's `constBytes`.
+    uint64_t constValue = 0;
     const char* id = "";
     const char* unit = "";
-    const char* valueText = "";  // the description's value text, for messages
+
+    uint32_t BitPos() const { return place.BitPos(); }
+};
+static_assert(sizeof(ParamPlan) <= 64, "a parameter's plan fits one cache line");
+
+// What only messages and encoding need, beside each parameter.
+struct ParamNotes {
+    const char* valueText = "";  // the description's value text
     const char* convId = "";
     const char* problemDetail = "";  // what makes the description problem
+};
+
+struct FormulaPlan {
+    double factor = 1.0;
+    double offset = 0.0;
 };
 
 // A check of one constant, as recognition runs it.
@@ -127,6 +159,8 @@ struct CodecPlan {
     std::vector<InstancePlan> instances;
     std::vector<MessagePlan> messages;
     std::vector<ParamPlan> params;
+    std::vector<ParamNotes> notes;  // one per parameter, same index
+    std::vector<FormulaPlan> formulas;
     std::vector<ConstCheck> checks;
     std::vector<uint8_t> constBytes;
     std::vector<TablePlan> tables;

@@ -129,7 +129,7 @@ void DecodeWide(const CodecPlan& plan, const ParamPlan& param, const uint8_t* da
     const uint8_t* field = data + param.place.byteIndex;
     const uint32_t count = param.place.byteCount;
     if (param.isConst && param.constUsable &&
-        std::memcmp(field, plan.constBytes.data() + param.constBytesAt, count) != 0) {
+        std::memcmp(field, plan.constBytes.data() + param.constValue, count) != 0) {
         Note(out, CodecProblem::ConstMismatch);
     }
     out.bytes.assign(field, field + count);
@@ -203,12 +203,13 @@ void Convert(const CodecPlan& plan, const ParamPlan& param, DecodedParam& out) {
         case ConversionUse::Formula:
             if (IsNumeric(out.rawKind)) {
                 out.physicalKind = CodecValueKind::Real;
-                out.physical = NumberOf(out) * param.factor + param.offset;
+                const FormulaPlan& formula = plan.formulas[param.conversionIndex];
+                out.physical = NumberOf(out) * formula.factor + formula.offset;
             }
             break;
         case ConversionUse::Table:
             if (out.rawKind != CodecValueKind::None) {
-                const TablePlan::Entry* entry = LookUp(plan.tables[param.table], out);
+                const TablePlan::Entry* entry = LookUp(plan.tables[param.conversionIndex], out);
                 if (entry != nullptr) {
                     out.physicalKind = CodecValueKind::Text;
                     out.tableText = entry->text;
@@ -227,10 +228,68 @@ void Convert(const CodecPlan& plan, const ParamPlan& param, DecodedParam& out) {
     }
 }
 
+// An integer field of up to 64 bits without a description problem, by far the most common
+// kind, in one straight piece.
+void DecodePlainInteger(const CodecPlan& plan, const ParamPlan& param, const uint8_t* data,
+                        DecodedParam& out) {
+    const uint64_t raw = ExtractBits(data, param.place);
+    const ConversionUse conversion = param.conversion;
+    const uint32_t index = param.conversionIndex;
+    if (param.isConst && raw != param.constValue) {
+        out.problem = CodecProblem::ConstMismatch;
+    }
+    double number = 0.0;
+    if (param.kind == FieldKind::Unsigned) {
+        out.rawKind = CodecValueKind::Unsigned;
+        out.unsignedValue = raw;
+        number = static_cast<double>(raw);
+    } else {
+        const int64_t value = SignExtend(raw, param.place.bitLength);
+        out.rawKind = CodecValueKind::Signed;
+        out.signedValue = value;
+        number = static_cast<double>(value);
+    }
+    switch (conversion) {
+        case ConversionUse::None:
+            out.physicalKind = CodecValueKind::Real;
+            out.physical = number;
+            break;
+        case ConversionUse::Formula: {
+            const FormulaPlan& formula = plan.formulas[index];
+            out.physicalKind = CodecValueKind::Real;
+            out.physical = number * formula.factor + formula.offset;
+            break;
+        }
+        case ConversionUse::Table: {
+            const TablePlan::Entry* entry = LookUp(plan.tables[index], out);
+            if (entry != nullptr) {
+                out.physicalKind = CodecValueKind::Text;
+                out.tableText = entry->text;
+            } else {
+                Note(out, CodecProblem::NoTableEntry);
+            }
+            break;
+        }
+        case ConversionUse::Missing:
+            out.physicalKind = CodecValueKind::Real;
+            out.physical = number;
+            Note(out, CodecProblem::UnknownConversion);
+            break;
+    }
+}
+
 void DecodeParam(const CodecPlan& plan, const ParamPlan& param, const uint8_t* data, std::size_t size,
                  DecodedParam& out) {
+    // Read from the plan before the result is written: the compiler cannot tell that writing
+    // the result leaves the plan alone, and would read it again after every write.
+    const CodecProblem described = param.descriptionProblem;
+    const uint32_t endByte = param.endByte;
+    const FieldKind kind = param.kind;
+    // Without a description problem a CONST field's constant is usable.
+    const bool plainInteger = !param.wide && (kind == FieldKind::Unsigned || kind == FieldKind::Signed);
     out.id = param.id;
-    out.bitPos = param.bitPos;
+    out.unit = param.unit;
+    out.bitPos = param.place.BitPos();
     out.bitLength = param.place.bitLength;
     out.type = param.type;
     out.rawKind = CodecValueKind::None;
@@ -241,14 +300,17 @@ void DecodeParam(const CodecPlan& plan, const ParamPlan& param, const uint8_t* d
     out.text.clear();
     out.physicalKind = CodecValueKind::None;
     out.physical = 0.0;
-    out.unit = param.unit;
     out.tableText = "";
-    out.problem = param.descriptionProblem;
-    if (IsLayoutProblem(param.descriptionProblem)) {
+    out.problem = described;
+    if (IsLayoutProblem(described)) {
         return;
     }
-    if (param.endByte > size) {
+    if (endByte > size) {
         Note(out, CodecProblem::BeyondData);
+        return;
+    }
+    if (plainInteger && described == CodecProblem::None) {
+        DecodePlainInteger(plan, param, data, out);
         return;
     }
     if (param.wide) {

@@ -263,7 +263,7 @@ FieldBits TableBits(const CodecPlan& plan, const EncodeValue& value, const Param
     if (value.isNumber) {
         Fail(CodecProblem::BadValue, std::string(Msg::kTextForNumber) + ValueText(value));
     }
-    const TablePlan::Entry* entry = plan.tables[param.table].FindByText(value.text);
+    const TablePlan::Entry* entry = plan.tables[param.conversionIndex].FindByText(value.text);
     if (entry == nullptr) {
         Fail(CodecProblem::NoTableText, std::string(Msg::kNoTableText) + Quote(value.text));
     }
@@ -297,12 +297,13 @@ FieldBits TableBits(const CodecPlan& plan, const EncodeValue& value, const Param
     return field;
 }
 
-FieldBits FormulaBits(const EncodeValue& value, const ParamPlan& param) {
+FieldBits FormulaBits(const CodecPlan& plan, const EncodeValue& value, const ParamPlan& param) {
     const double physical = RealOf(value);
-    if (param.factor == 0.0) {
+    const FormulaPlan& formula = plan.formulas[param.conversionIndex];
+    if (formula.factor == 0.0) {
         Fail(CodecProblem::FactorZero, Msg::kFactorZero);
     }
-    const double raw = (physical - param.offset) / param.factor;
+    const double raw = (physical - formula.offset) / formula.factor;
     FieldBits field;
     if (param.kind == FieldKind::Float || param.kind == FieldKind::Double) {
         if (!std::isfinite(raw)) {
@@ -321,7 +322,7 @@ FieldBits ValueBits(const CodecPlan& plan, const EncodeValue& value, const Param
         return TableBits(plan, value, param);
     }
     if (!value.raw && param.conversion == ConversionUse::Formula) {
-        return FormulaBits(value, param);
+        return FormulaBits(plan, value, param);
     }
     return RawBits(value, param);
 }
@@ -329,7 +330,7 @@ FieldBits ValueBits(const CodecPlan& plan, const EncodeValue& value, const Param
 FieldBits ConstantBits(const CodecPlan& plan, const ParamPlan& param) {
     FieldBits field;
     if (param.wide) {
-        const uint8_t* bytes = plan.constBytes.data() + param.constBytesAt;
+        const uint8_t* bytes = plan.constBytes.data() + param.constValue;
         field.wide.assign(bytes, bytes + param.place.byteCount);
     } else {
         field.narrow = param.constValue;
@@ -345,25 +346,25 @@ void Write(const ParamPlan& param, const FieldBits& field, ByteBuffer& message) 
     }
 }
 
-void CheckPlaced(const ParamPlan& param) {
+void CheckPlaced(const ParamPlan& param, const ParamNotes& notes) {
     if (param.descriptionProblem == CodecProblem::BadLayout) {
-        Fail(param.descriptionProblem, std::string(Msg::kBadLayout) + param.problemDetail);
+        Fail(param.descriptionProblem, std::string(Msg::kBadLayout) + notes.problemDetail);
     }
     if (param.descriptionProblem == CodecProblem::UnknownType) {
         Fail(param.descriptionProblem, Msg::kUnknownType);
     }
 }
 
-void EncodeParam(const CodecPlan& plan, const ParamPlan& param, const EncodeValue* value,
-                 ByteBuffer& message) {
-    CheckPlaced(param);
+void EncodeParam(const CodecPlan& plan, const ParamPlan& param, const ParamNotes& notes,
+                 const EncodeValue* value, ByteBuffer& message) {
+    CheckPlaced(param, notes);
     if (value != nullptr) {
         Write(param, ValueBits(plan, *value, param), message);
         return;
     }
     if (param.isConst) {
         if (!param.constUsable) {
-            Fail(CodecProblem::BadConstant, std::string(Msg::kBadConstant) + Quote(param.valueText));
+            Fail(CodecProblem::BadConstant, std::string(Msg::kBadConstant) + Quote(notes.valueText));
         }
         Write(param, ConstantBits(plan, param), message);
         return;
@@ -411,7 +412,7 @@ bool EncodeMessage(const CodecPlan& plan, const MessagePlan& message, const std:
     }
     for (uint32_t i = 0; i < message.paramCount; ++i) {
         try {
-            EncodeParam(plan, params[i], given[i], bytes);
+            EncodeParam(plan, params[i], plan.notes[message.firstParam + i], given[i], bytes);
         } catch (const Failure& failure) {
             SetError(error, failure.problem_, params[i].id, failure.detail_);
             return false;

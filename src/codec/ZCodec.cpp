@@ -255,7 +255,7 @@ bool ZCodec::GetLayout(uint32_t instance, uint32_t messageKind, MessageLayout& o
             const ParamPlan& param = plan_.params[message->firstParam + i];
             LayoutField field;
             field.id = param.id;
-            field.bitPos = param.bitPos;
+            field.bitPos = param.BitPos();
             field.bitLength = param.place.bitLength;
             field.type = param.type;
             field.motorola = param.place.motorola;
@@ -273,7 +273,7 @@ bool ZCodec::GetLayout(uint32_t instance, uint32_t messageKind, MessageLayout& o
             };
             if (param.place.bitLength > 64) {
                 for (uint32_t bit = 0; bit < param.place.bitLength; ++bit) {
-                    claim(param.bitPos + bit);
+                    claim(param.BitPos() + bit);
                 }
                 continue;
             }
