@@ -118,6 +118,7 @@ struct EncodeValue {
     bool isNumber = false;
     bool raw = false;
 
+    // A value in text form (never fails).
     static EncodeValue Text(std::string id, std::string text, bool raw = false) {
         EncodeValue value;
         value.id = std::move(id);
@@ -125,6 +126,7 @@ struct EncodeValue {
         value.raw = raw;
         return value;
     }
+    // A value as a number (never fails; texts and bytes refuse numbers when encoded).
     static EncodeValue Number(std::string id, double number, bool raw = false) {
         EncodeValue value;
         value.id = std::move(id);

@@ -92,8 +92,8 @@ public:
     // Writes the message's parameters into `message`, grown with zero bytes to the message's
     // length when shorter; bits outside the parameters keep their values. CONST parameters fill
     // themselves and GAP parameters are zero unless a value is given for them; every other
-    // parameter needs a value. False with `error` set (naming the parameter) and `message`
-    // unchanged on any failure.
+    // parameter needs a value (the plain negative shape takes its SIDRQ from the request). False with `error`
+    // set (naming the parameter) and `message` unchanged on any failure.
     virtual bool Encode(uint32_t instance, uint32_t messageKind, const std::vector<EncodeValue>& values,
                         ByteBuffer& message, CodecError& error) const = 0;
 

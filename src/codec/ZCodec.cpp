@@ -229,6 +229,20 @@ bool ZCodec::Encode(uint32_t instance, uint32_t messageKind, const std::vector<E
             error.message = Msg::kNoMessage;
             return false;
         }
+        if (plan == &plan_.messages[plan_.plainNegative] && plan_.instances[instance].hasRequestSid) {
+            // The plain shape is shared, so its request SID cannot be a constant of its own; the
+            // instance's request gives it unless a value is given.
+            bool given = false;
+            for (const EncodeValue& value : values) {
+                given = given || value.id == "SIDRQ";
+            }
+            if (!given) {
+                std::vector<EncodeValue> withSid = values;
+                withSid.push_back(
+                    EncodeValue::Text("SIDRQ", std::to_string(plan_.instances[instance].requestSid), true));
+                return EncodeMessage(plan_, *plan, withSid, message, error);
+            }
+        }
         return EncodeMessage(plan_, *plan, values, message, error);
     } catch (...) {
         try {

@@ -13,12 +13,22 @@ using codec_test::Hex;
 using codec_test::Param;
 using codec_test::ParamSpec;
 
-DecodedMessage DecodeWith(const IEcu& ecu, const std::string& hex) {
-    const std::unique_ptr<ICodec> codec = CreateCodec(ecu);
+// A decoded message with the codec it points into (its ids, units and texts live there).
+struct Decoded {
+    std::unique_ptr<ICodec> codec;
+    DecodedMessage message;
+};
+
+Decoded DecodeWith(const IEcu& ecu, const std::string& hex) {
+    Decoded decoded;
+    decoded.codec = CreateCodec(ecu);
     const std::vector<uint8_t> data = Bytes(hex);
-    DecodedMessage decoded;
-    codec->Decode(0, MessageKindRequest, data.data(), data.size(), decoded);
+    decoded.codec->Decode(0, MessageKindRequest, data.data(), data.size(), decoded.message);
     return decoded;
+}
+
+const DecodedParam& Param(const Decoded& decoded, const std::string& id) {
+    return codec_test::Param(decoded.message, id);
 }
 
 void AddTable(IEcu& ecu, const char* id, const std::vector<std::pair<const char*, const char*>>& entries) {
@@ -31,18 +41,19 @@ void AddTable(IEcu& ecu, const char* id, const std::vector<std::pair<const char*
 
 TEST(CodecDecode_Bcd, BadDigitIsReportedWithTheBitsAsHex) {
     const auto ecu = EcuWith({{"Date", 0, 16, "bcd", "MOTOROLA"}});
-    const DecodedMessage decoded = DecodeWith(*ecu, "12 3A");
+    const Decoded decoded = DecodeWith(*ecu, "12 3A");
     const DecodedParam& date = Param(decoded, "Date");
     EXPECT_EQ(date.problem, CodecProblem::BadBcdDigit);
     EXPECT_EQ(date.rawKind, CodecValueKind::Bytes);
     EXPECT_EQ(Hex(date.bytes), "12 3A");
-    EXPECT_EQ(decoded.errorCount, 1u);
+    EXPECT_EQ(decoded.message.errorCount, 1u);
 }
 
 TEST(CodecDecode_Bcd, GoodDigitsGiveTheDecimalNumberAndItsFormula) {
     const auto ecu = EcuWith({{"Count", 0, 16, "bcd", "MOTOROLA", "", "Count_Formula", "pcs"}});
     ecu->GetConversionContainer()->AddConversion("Count_Formula", 1, 2.0, 1.0);
-    const DecodedParam& count = Param(DecodeWith(*ecu, "09 87"), "Count");
+    const Decoded decoded = DecodeWith(*ecu, "09 87");
+    const DecodedParam& count = Param(decoded, "Count");
     EXPECT_EQ(count.unsignedValue, 987u);
     EXPECT_DOUBLE_EQ(count.physical, 1975.0);
     EXPECT_STREQ(count.unit, "pcs");
@@ -51,14 +62,15 @@ TEST(CodecDecode_Bcd, GoodDigitsGiveTheDecimalNumberAndItsFormula) {
 TEST(CodecDecode_Signed, FormulaAppliesToTheSignedValue) {
     const auto ecu = EcuWith({{"T", 0, 8, "signed", "", "", "T_Formula", "degC"}});
     ecu->GetConversionContainer()->AddConversion("T_Formula", 1, 0.5, 10.0);
-    const DecodedParam& t = Param(DecodeWith(*ecu, "F6"), "T");
+    const Decoded decoded = DecodeWith(*ecu, "F6");
+    const DecodedParam& t = Param(decoded, "T");
     EXPECT_EQ(t.signedValue, -10);
     EXPECT_DOUBLE_EQ(t.physical, 5.0);
 }
 
 TEST(CodecDecode_Real, FloatAndDoubleRawValues) {
     const auto ecu = EcuWith({{"F", 0, 32, "fp", "MOTOROLA"}, {"D", 32, 64, "double", ""}});
-    const DecodedMessage decoded = DecodeWith(*ecu, "C0 20 00 00 00 00 00 00 00 00 F0 3F");
+    const Decoded decoded = DecodeWith(*ecu, "C0 20 00 00 00 00 00 00 00 00 F0 3F");
     EXPECT_DOUBLE_EQ(Param(decoded, "F").realValue, -2.5);
     EXPECT_DOUBLE_EQ(Param(decoded, "D").realValue, 1.0);
     EXPECT_DOUBLE_EQ(Param(decoded, "D").physical, 1.0);
@@ -66,7 +78,7 @@ TEST(CodecDecode_Real, FloatAndDoubleRawValues) {
 
 TEST(CodecDecode_Text, AsciiPaddingIsCutAndUcs2BecomesUtf8) {
     const auto ecu = EcuWith({{"A", 0, 48, "ascii", ""}, {"U", 48, 48, "ucs2", "MOTOROLA"}});
-    const DecodedMessage decoded = DecodeWith(*ecu, "48 69 00 00 00 00  00 C4 D8 3D DE 00");
+    const Decoded decoded = DecodeWith(*ecu, "48 69 00 00 00 00  00 C4 D8 3D DE 00");
     EXPECT_EQ(Param(decoded, "A").text, "Hi");
     EXPECT_EQ(Hex(Param(decoded, "A").bytes), "48 69 00 00 00 00");
     // U+00C4 and the pair D83D DE00 (U+1F600).
@@ -82,14 +94,15 @@ TEST(CodecDecode_Text, UnpairedSurrogateBecomesTheReplacementCharacter) {
 
 TEST(CodecDecode_Type, UndefinedReadsAsUnsignedLikeTheModel) {
     const auto ecu = EcuWith({{"P", 0, 8, "undefined", ""}});
-    const DecodedParam& p = Param(DecodeWith(*ecu, "2A"), "P");
+    const Decoded decoded = DecodeWith(*ecu, "2A");
+    const DecodedParam& p = Param(decoded, "P");
     EXPECT_EQ(p.type, ParamDataType::Unsigned);
     EXPECT_EQ(p.unsignedValue, 42u);
 }
 
 TEST(CodecDecode_Type, UnknownTypeNameIsAProblemOfTheParameter) {
     const auto ecu = EcuWith({{"P", 0, 8, "Unsigned", ""}, {"Q", 8, 8, "unsigned", ""}});
-    const DecodedMessage decoded = DecodeWith(*ecu, "2A 2B");
+    const Decoded decoded = DecodeWith(*ecu, "2A 2B");
     EXPECT_EQ(Param(decoded, "P").problem, CodecProblem::UnknownType);
     EXPECT_EQ(Param(decoded, "P").rawKind, CodecValueKind::None);
     EXPECT_EQ(Param(decoded, "Q").unsignedValue, 0x2Bu);
@@ -103,7 +116,7 @@ TEST(CodecDecode_Layout, LengthsATypeCannotHaveAreBadLayout) {
                               {"N", 64, 72, "unsigned", ""},
                               {"S", 140, 72, "ascii", ""},
                               {"Z", 220, 0, "unsigned", ""}});
-    const DecodedMessage decoded = DecodeWith(*ecu, std::string(3 * 40, '0'));
+    const Decoded decoded = DecodeWith(*ecu, std::string(3 * 40, '0'));
     for (const char* id : {"F", "D", "B", "U", "N", "S", "Z"}) {
         EXPECT_EQ(Param(decoded, id).problem, CodecProblem::BadLayout) << id;
     }
@@ -142,7 +155,7 @@ TEST(CodecDecode_Table, TextEntriesMatchExactly) {
     const auto ecu = EcuWith(
         {{"P", 0, 8, "unsigned", "", "", "P_ValueTable"}, {"T", 8, 16, "ascii", "", "", "P_ValueTable"}});
     AddTable(*ecu, "P_ValueTable", {{"n/a", "not available"}, {"OK", "fine"}, {"7", "seven"}});
-    const DecodedMessage zero = DecodeWith(*ecu, "00 4F 4B");
+    const Decoded zero = DecodeWith(*ecu, "00 4F 4B");
     EXPECT_EQ(Param(zero, "P").problem, CodecProblem::NoTableEntry);
     EXPECT_STREQ(Param(zero, "T").tableText, "fine");
     EXPECT_STREQ(Param(DecodeWith(*ecu, "07 4F 4B"), "P").tableText, "seven");
@@ -164,14 +177,15 @@ TEST(CodecDecode_Table, TableChosenByItsEntriesEvenWhenTheReaderSaidFormula) {
 TEST(CodecDecode_Conversion, FormulaOnTextIsNotApplicable) {
     const auto ecu = EcuWith({{"P", 0, 16, "ascii", "", "", "P_Formula"}});
     ecu->GetConversionContainer()->AddConversion("P_Formula", 1, 2.0, 0.0);
-    const DecodedParam& p = Param(DecodeWith(*ecu, "41 42"), "P");
+    const Decoded decoded = DecodeWith(*ecu, "41 42");
+    const DecodedParam& p = Param(decoded, "P");
     EXPECT_EQ(p.problem, CodecProblem::ConversionNotApplicable);
     EXPECT_EQ(p.text, "AB");
 }
 
 TEST(CodecDecode_Constant, ValueWithoutAnImageIsABadConstant) {
     const auto ecu = EcuWith({{"B", 0, 8, "bcd", "CONST", "12"}, {"U", 8, 4, "unsigned", "CONST", "0x1F"}});
-    const DecodedMessage decoded = DecodeWith(*ecu, "12 0F");
+    const Decoded decoded = DecodeWith(*ecu, "12 0F");
     EXPECT_EQ(Param(decoded, "B").problem, CodecProblem::BadConstant);
     EXPECT_EQ(Param(decoded, "U").problem, CodecProblem::BadConstant);
     EXPECT_EQ(Param(decoded, "B").unsignedValue, 12u);
@@ -179,7 +193,7 @@ TEST(CodecDecode_Constant, ValueWithoutAnImageIsABadConstant) {
 
 TEST(CodecDecode_Constant, NegativeSignedConstantFitsItsBits) {
     const auto ecu = EcuWith({{"S", 4, 4, "signed", "CONST", "-2"}});
-    const DecodedMessage good = DecodeWith(*ecu, "E0");
+    const Decoded good = DecodeWith(*ecu, "E0");
     EXPECT_EQ(Param(good, "S").problem, CodecProblem::None);
     EXPECT_EQ(Param(good, "S").signedValue, -2);
     EXPECT_EQ(Param(DecodeWith(*ecu, "F0"), "S").problem, CodecProblem::ConstMismatch);
@@ -219,6 +233,11 @@ TEST(CodecDecode_Message, AnUndescribedNegativeResponseHasThePlainShape) {
     EXPECT_STREQ(decoded.params[2].id, "NRC");
     EXPECT_EQ(decoded.params[2].unsignedValue, 0x12u);
     EXPECT_STREQ(decoded.nrcText, "Sub-function not supported");
+    ByteBuffer encoded;
+    CodecError error;
+    ASSERT_TRUE(codec->Encode(0, MessageKindNegResponse, {EncodeValue::Text("NRC", "0x12")}, encoded, error))
+        << error.message;
+    EXPECT_EQ(Hex(encoded), "7F 31 12");
     const std::vector<uint8_t> wrong = Bytes("7E 31 12");
     EXPECT_FALSE(codec->Decode(0, MessageKindNegResponse, wrong.data(), wrong.size(), decoded));
     EXPECT_EQ(decoded.params[0].problem, CodecProblem::ConstMismatch);
