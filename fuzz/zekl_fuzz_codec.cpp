@@ -80,7 +80,8 @@ bool RawValue(const DecodedParam& param, EncodeValue& value) {
     }
 }
 
-void CheckReencode(const ICodec& codec, const DecodedMessage& decoded, const uint8_t* data, std::size_t size) {
+void CheckReencode(const ICodec& codec, const DecodedMessage& decoded, const uint8_t* data,
+                   std::size_t size) {
     std::vector<EncodeValue> values;
     for (const DecodedParam& param : decoded.params) {
         EncodeValue value;
@@ -103,25 +104,29 @@ void CheckAny(const ICodec& codec, const uint8_t* data, std::size_t size) {
     DecodedMessage decoded;
     const bool clean = codec.DecodeAny(data, size, decoded);
     Require(!clean || recognised, "a clean decode was recognised");
-    Require(clean == (recognised && decoded.IsClean()), "DecodeAny is true exactly for clean, recognised data");
+    Require(clean == (recognised && decoded.IsClean()),
+            "DecodeAny is true exactly for clean, recognised data");
     if (!recognised) {
         Require(decoded.problem == CodecProblem::NotRecognised, "unrecognised data says so");
         return;
     }
-    Require(decoded.instanceIndex == recognition.instanceIndex && decoded.messageKind == recognition.messageKind,
-            "DecodeAny decodes the message Recognise names");
+    Require(
+        decoded.instanceIndex == recognition.instanceIndex && decoded.messageKind == recognition.messageKind,
+        "DecodeAny decodes the message Recognise names");
     Require(recognition.instanceIndex < codec.GetInstanceCount(), "the instance exists");
     Require(recognition.matchCount >= 1, "the chosen message counts among the matches");
     for (const DecodedParam& param : decoded.params) {
-        Require(param.problem != CodecProblem::ConstMismatch || recognition.messageKind == MessageKindNegResponse,
-                "a recognised request or response matches its constants");
+        Require(
+            param.problem != CodecProblem::ConstMismatch || recognition.messageKind == MessageKindNegResponse,
+            "a recognised request or response matches its constants");
     }
     if (clean && recognition.messageKind != MessageKindNegResponse) {
         CheckReencode(codec, decoded, data, size);
     }
 }
 
-void CheckGiven(const ICodec& codec, uint32_t instance, uint32_t kind, const uint8_t* data, std::size_t size) {
+void CheckGiven(const ICodec& codec, uint32_t instance, uint32_t kind, const uint8_t* data,
+                std::size_t size) {
     DecodedMessage decoded;
     const bool clean = codec.Decode(instance, kind, data, size, decoded);
     Require(clean == decoded.IsClean(), "Decode is true exactly for a clean message");
