@@ -372,10 +372,10 @@ void DecodeMessage(const CodecPlan& plan, const MessagePlan& message, const uint
     out.nrcText = text != nullptr ? text : "";
 }
 
-bool ConstantsMatch(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data,
+bool ConstantsMatch(const CodecPlan& plan, uint32_t firstCheck, uint32_t checkCount, const uint8_t* data,
                     std::size_t size) {
-    const ConstCheck* checks = plan.checks.data() + message.firstCheck;
-    for (uint32_t i = 0; i < message.checkCount; ++i) {
+    const ConstCheck* checks = plan.checks.data() + firstCheck;
+    for (uint32_t i = 0; i < checkCount; ++i) {
         const ConstCheck& check = checks[i];
         if (check.endByte > size) {
             return false;

@@ -19,7 +19,9 @@ void DecodeMessage(const CodecPlan& plan, const MessagePlan& message, const uint
 // their buffers, and new ones come from there first.
 void ResizeKeepingStorage(DecodedMessage& out, std::size_t count);
 
-// True when every usable constant of the message matches the data.
-bool ConstantsMatch(const CodecPlan& plan, const MessagePlan& message, const uint8_t* data, std::size_t size);
+// True when every usable constant of the message (its checks from `firstCheck` on) matches
+// the data.
+bool ConstantsMatch(const CodecPlan& plan, uint32_t firstCheck, uint32_t checkCount, const uint8_t* data,
+                    std::size_t size);
 
 }  // namespace Korvel

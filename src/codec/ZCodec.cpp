@@ -87,20 +87,20 @@ bool ZCodec::RecogniseMessage(const uint8_t* data, std::size_t size, Recognition
     uint32_t bestBits = 0;
     bool bestExact = false;
     uint32_t equal = 0;
-    index_.ForCandidates(data, size, [&](uint32_t m) {
-        const MessagePlan& message = plan_.messages[m];
-        if (!ConstantsMatch(plan_, message, data, size)) {
+    index_.ForCandidates(data, size, [&](const ZRecognitionIndex::Candidate& candidate) {
+        if (!ConstantsMatch(plan_, candidate.firstCheck, candidate.checkCount, data, size)) {
             return;
         }
-        const bool exact = message.length == size;
-        const bool better = best == kNoMessage || message.constBits > bestBits ||
-                            (message.constBits == bestBits && exact && !bestExact);
+        const uint32_t m = candidate.message;
+        const bool exact = candidate.length == size;
+        const bool better = best == kNoMessage || candidate.constBits > bestBits ||
+                            (candidate.constBits == bestBits && exact && !bestExact);
         if (better) {
             best = m;
-            bestBits = message.constBits;
+            bestBits = candidate.constBits;
             bestExact = exact;
             equal = 1;
-        } else if (message.constBits == bestBits && exact == bestExact) {
+        } else if (candidate.constBits == bestBits && exact == bestExact) {
             ++equal;
             best = std::min(best, m);
         }

@@ -1,9 +1,32 @@
 #include "codec/ZRecognitionIndex.h"
 
 #include <algorithm>
+#include <random>
 #include <tuple>
 
 namespace Korvel {
+
+namespace {
+
+// Drawn once per process: the prefixes' hash depends on it, so their places in the tables
+// cannot be foreseen from a description.
+uint64_t ProcessSeed() {
+    static const uint64_t seed = [] {
+        std::random_device device;
+        return (static_cast<uint64_t>(device()) << 32) ^ device();
+    }();
+    return seed;
+}
+
+}  // namespace
+
+uint64_t ZRecognitionIndex::Mix(uint64_t key) const {
+    // The finaliser of splitmix64: every bit of the key reaches every bit of the result.
+    uint64_t z = key ^ seed_;
+    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
+    z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
+    return z ^ (z >> 31);
+}
 
 uint32_t ZRecognitionIndex::PrefixLength(const CodecPlan& plan, const MessagePlan& message, uint64_t& key) {
     // Room for a field that starts in the first 8 bytes and spans 9.
@@ -35,7 +58,8 @@ uint32_t ZRecognitionIndex::PrefixLength(const CodecPlan& plan, const MessagePla
 }
 
 void ZRecognitionIndex::Build(const CodecPlan& plan) {
-    // (prefix length, key, message) sorted, then cut into buckets of one flat member list.
+    seed_ = ProcessSeed();
+    // (prefix length, key, message) sorted, then cut into groups of one flat member list.
     std::vector<std::tuple<uint32_t, uint64_t, uint32_t>> filed;
     for (uint32_t m = 0; m < plan.messages.size(); ++m) {
         const MessagePlan& message = plan.messages[m];
@@ -49,17 +73,52 @@ void ZRecognitionIndex::Build(const CodecPlan& plan) {
         filed.emplace_back(length, key, m);
     }
     std::sort(filed.begin(), filed.end());
-    members_.reserve(filed.size());
-    for (const auto& [length, key, message] : filed) {
-        Range& range = buckets_[length][key];
-        if (range.count == 0) {
-            range.first = static_cast<uint32_t>(members_.size());
+    std::array<std::size_t, kMaxPrefix + 1> keys{};
+    for (std::size_t i = 0; i < filed.size(); ++i) {
+        if (i == 0 || std::get<0>(filed[i]) != std::get<0>(filed[i - 1]) ||
+            std::get<1>(filed[i]) != std::get<1>(filed[i - 1])) {
+            ++keys[std::get<0>(filed[i])];
         }
-        ++range.count;
-        members_.push_back(message);
+    }
+    for (uint32_t length = 0; length <= kMaxPrefix; ++length) {
+        if (keys[length] == 0) {
+            continue;
+        }
+        std::size_t size = 4;
+        while (size < 2 * keys[length]) {
+            size *= 2;
+        }
+        tables_[length].assign(size, Slot());
+    }
+    members_.reserve(filed.size());
+    Slot* group = nullptr;
+    for (std::size_t i = 0; i < filed.size(); ++i) {
+        const auto& [length, key, m] = filed[i];
+        const bool newGroup =
+            i == 0 || length != std::get<0>(filed[i - 1]) || key != std::get<1>(filed[i - 1]);
+        if (newGroup) {
+            std::vector<Slot>& table = tables_[length];
+            const std::size_t mask = table.size() - 1;
+            std::size_t at = Mix(key) & mask;
+            while (table[at].count != 0) {
+                at = (at + 1) & mask;
+            }
+            group = &table[at];
+            group->key = key;
+            group->first = static_cast<uint32_t>(members_.size());
+        }
+        const MessagePlan& message = plan.messages[m];
+        Candidate candidate;
+        candidate.message = m;
+        candidate.firstCheck = message.firstCheck;
+        candidate.checkCount = message.checkCount;
+        candidate.constBits = message.constBits;
+        candidate.length = message.length;
+        members_.push_back(candidate);
+        ++group->count;
     }
     for (uint32_t length = kMaxPrefix + 1; length-- > 0;) {
-        if (!buckets_[length].empty()) {
+        if (!tables_[length].empty()) {
             lengths_.push_back(length);
         }
     }

@@ -186,9 +186,9 @@ TEST(RecogniseMany, TheIndexOffersOneCandidateNotAllOfThem) {
     const uint8_t request[] = {0x22, 0x12, 0x34};
     uint32_t candidates = 0;
     uint32_t found = kNoMessage;
-    index.ForCandidates(request, sizeof(request), [&](uint32_t message) {
+    index.ForCandidates(request, sizeof(request), [&](const ZRecognitionIndex::Candidate& candidate) {
         ++candidates;
-        found = message;
+        found = candidate.message;
     });
     EXPECT_EQ(candidates, 1u);
     ASSERT_NE(found, kNoMessage);
