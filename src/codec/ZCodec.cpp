@@ -83,38 +83,36 @@ bool ZCodec::RecogniseMessage(const uint8_t* data, std::size_t size, Recognition
     }
     // The best match: most constant bits, then a length equal to the data's, then the first in
     // the description (message plans are numbered in document order, requests first).
-    uint32_t best = kNoMessage;
-    uint32_t bestBits = 0;
-    bool bestExact = false;
+    const ZRecognitionIndex::Candidate* best = nullptr;
     uint32_t equal = 0;
     index_.ForCandidates(data, size, [&](const ZRecognitionIndex::Candidate& candidate) {
-        if (!ConstantsMatch(plan_, candidate.firstCheck, candidate.checkCount, data, size)) {
+        if (!candidate.prefixIsAll &&
+            !ConstantsMatch(plan_, candidate.firstCheck, candidate.checkCount, data, size)) {
             return;
         }
-        const uint32_t m = candidate.message;
         const bool exact = candidate.length == size;
-        const bool better = best == kNoMessage || candidate.constBits > bestBits ||
-                            (candidate.constBits == bestBits && exact && !bestExact);
+        const bool bestExact = best != nullptr && best->length == size;
+        const bool better = best == nullptr || candidate.constBits > best->constBits ||
+                            (candidate.constBits == best->constBits && exact && !bestExact);
         if (better) {
-            best = m;
-            bestBits = candidate.constBits;
-            bestExact = exact;
+            best = &candidate;
             equal = 1;
-        } else if (candidate.constBits == bestBits && exact == bestExact) {
+        } else if (candidate.constBits == best->constBits && exact == bestExact) {
             ++equal;
-            best = std::min(best, m);
+            if (candidate.message < best->message) {
+                best = &candidate;
+            }
         }
     });
-    if (best == kNoMessage) {
+    if (best == nullptr) {
         out.messageKind = negativeShape ? MessageKindNegResponse : 0;
         return false;
     }
-    const MessagePlan& message = plan_.messages[best];
     out.recognised = true;
-    out.instanceIndex = message.instance;
-    out.instanceId = plan_.instances[message.instance].id;
-    out.messageKind = message.kind;
-    out.constBits = bestBits;
+    out.instanceIndex = best->instance;
+    out.instanceId = best->instanceId;
+    out.messageKind = best->kind;
+    out.constBits = best->constBits;
     out.matchCount = equal;
     return true;
 }

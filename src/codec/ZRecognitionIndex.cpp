@@ -1,5 +1,7 @@
 #include "codec/ZRecognitionIndex.h"
 
+#include "codec/MessageDecoder.h"
+
 #include <algorithm>
 #include <random>
 #include <tuple>
@@ -16,6 +18,22 @@ uint64_t ProcessSeed() {
         return (static_cast<uint64_t>(device()) << 32) ^ device();
     }();
     return seed;
+}
+
+// True when every constant of the message lies in the prefix and the prefix satisfies them all
+// (constants that overlap with different values satisfy no data, prefix or not).
+bool PrefixIsAll(const CodecPlan& plan, const MessagePlan& message, uint32_t length, uint64_t key) {
+    for (uint32_t i = 0; i < message.checkCount; ++i) {
+        const ConstCheck& check = plan.checks[message.firstCheck + i];
+        if (check.endByte > length) {
+            return false;
+        }
+    }
+    uint8_t prefix[ZRecognitionIndex::kMaxPrefix] = {};
+    for (uint32_t i = 0; i < length; ++i) {
+        prefix[i] = static_cast<uint8_t>(key >> (8 * (length - 1 - i)));
+    }
+    return ConstantsMatch(plan, message.firstCheck, message.checkCount, prefix, length);
 }
 
 }  // namespace
@@ -114,6 +132,10 @@ void ZRecognitionIndex::Build(const CodecPlan& plan) {
         candidate.checkCount = message.checkCount;
         candidate.constBits = message.constBits;
         candidate.length = message.length;
+        candidate.instance = message.instance;
+        candidate.kind = message.kind;
+        candidate.instanceId = plan.instances[message.instance].id;
+        candidate.prefixIsAll = PrefixIsAll(plan, message, length, key);
         members_.push_back(candidate);
         ++group->count;
     }

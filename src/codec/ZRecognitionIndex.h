@@ -22,13 +22,19 @@ class ZRecognitionIndex {
 public:
     static constexpr uint32_t kMaxPrefix = 8;
 
-    // A message that may match, with what checking it needs.
+    // A message that may match, with what checking and naming it needs, so that a lookup
+    // reads nothing else of the plan.
     struct Candidate {
         uint32_t message = 0;
         uint32_t firstCheck = 0;
         uint32_t checkCount = 0;
         uint32_t constBits = 0;
         uint32_t length = 0;
+        uint32_t instance = 0;
+        uint32_t kind = 0;
+        // Every constant lies in the prefix: finding the prefix is the whole check.
+        bool prefixIsAll = false;
+        const char* instanceId = "";
     };
 
     void Build(const CodecPlan& plan);

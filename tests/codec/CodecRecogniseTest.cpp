@@ -65,6 +65,9 @@ protected:
         // Constants that cover no whole first byte: found without the prefix index.
         AddService(*ecu_, "Nibbles", {{"High", 4, 4, "unsigned", "CONST", "0xA"}, {"Low", 0, 4, "unsigned"}});
         AddService(*ecu_, "NoConstants", {{"Data", 0, 16, "unsigned"}});
+        // Two constants on the same bits with different values: no data can match both.
+        AddService(*ecu_, "Conflict",
+                   {{"A", 0, 8, "unsigned", "CONST", "0x55"}, {"B", 0, 8, "unsigned", "CONST", "0x56"}});
         ecu_->GetNrcContainer()->AddNrc(0x31, "Request out of range");
         codec_ = CreateCodec(*ecu_);
     }
@@ -105,6 +108,11 @@ TEST_F(Recognise, SubByteConstantsAreFoundWithoutAPrefix) {
     EXPECT_STREQ(nibbles.instanceId, "Nibbles");
     EXPECT_EQ(nibbles.constBits, 4u);
     EXPECT_FALSE(RecogniseHex(*codec_, "B7").recognised);
+}
+
+TEST_F(Recognise, ConflictingConstantsMatchNothing) {
+    EXPECT_FALSE(RecogniseHex(*codec_, "55").recognised);
+    EXPECT_FALSE(RecogniseHex(*codec_, "56").recognised);
 }
 
 TEST_F(Recognise, MessagesWithoutConstantsAreNeverRecognised) {
