@@ -7,7 +7,7 @@
 # Environment:
 #   FUZZ_SECONDS  run time per target (default 60)
 #   BUILD_DIR     build tree (default build-fuzz below the source root)
-#   FUZZ_TARGETS  targets to run (default: all three)
+#   FUZZ_TARGETS  targets to run (default: all four)
 #   JOBS          parallel compile jobs (default 2)
 set -euo pipefail
 
@@ -15,7 +15,7 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 build="${BUILD_DIR:-$root/build-fuzz}"
 seconds="${FUZZ_SECONDS:-60}"
 jobs="${JOBS:-2}"
-targets="${FUZZ_TARGETS:-zekl_fuzz_reader zekl_fuzz_roundtrip zekl_fuzz_utils}"
+targets="${FUZZ_TARGETS:-zekl_fuzz_reader zekl_fuzz_roundtrip zekl_fuzz_utils zekl_fuzz_codec}"
 run="$root/fuzz/corpus-run"
 
 for tool in clang clang++; do
@@ -41,6 +41,8 @@ seed() {
   case "$target" in
     zekl_fuzz_utils)
       cp -n "$root"/fuzz/corpus/utils/* "$corpus"/ 2>/dev/null || true ;;
+    zekl_fuzz_codec)
+      cp -n "$root"/fuzz/corpus/codec/* "$corpus"/ 2>/dev/null || true ;;
     *)
       cp -n "$root"/fuzz/corpus/reader/* "$corpus"/ 2>/dev/null || true
       cp -n "$root"/examples/*.xml "$corpus"/ 2>/dev/null || true
@@ -53,8 +55,12 @@ for target in $targets; do
   corpus="$run/$target"
   seed "$target" "$corpus"
   echo "=== $target: ${seconds}s"
+  dict="$root/fuzz/zekl.dict"
+  if [[ "$target" == zekl_fuzz_codec ]]; then
+    dict="$root/fuzz/zekl_codec.dict"
+  fi
   if ! "$build/fuzz/$target" "$corpus" \
-      -dict="$root/fuzz/zekl.dict" \
+      -dict="$dict" \
       -max_total_time="$seconds" \
       -rss_limit_mb=2048 \
       -timeout=10 \

@@ -1,8 +1,10 @@
 // Umbrella header: everything a caller of ZeKL needs.
 #pragma once
 
+#include <ZeKL/CodecTypes.h>
 #include <ZeKL/DebugOutput.h>
 #include <ZeKL/Exports.h>
+#include <ZeKL/ICodec.h>
 #include <ZeKL/IConstModelItemTraverser.h>
 #include <ZeKL/IConstModelItemVisitor.h>
 #include <ZeKL/IContainer.h>

@@ -1,5 +1,6 @@
 // The shared library exports exactly its public surface: the eight entry points under their
-// documented names and no implementation class.
+// documented names, the documented additions (the codec's among them) and no implementation
+// class.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -82,6 +83,24 @@ TEST_F(ExportedSymbols, NamespaceEntryPointsAreExportedUnderTheirQualifiedNames)
     for (const char* name : expected) {
         EXPECT_EQ(names.count(name), 1u) << "missing export: " << name;
     }
+}
+
+TEST_F(ExportedSymbols, CodecEntryPointsAndInterfaceAreExported) {
+    const std::set<std::string> names = NamesOfFunctions(demangled_);
+    const char* const expected[] = {
+        "Korvel::CreateCodec(Korvel::IEcu const&)",
+        "Korvel::CodecProblemText(Korvel::CodecProblem)",
+        "Korvel::IsCodecWarning(Korvel::CodecProblem)",
+        "Korvel::ICodec::~ICodec()",
+    };
+    for (const char* name : expected) {
+        EXPECT_EQ(names.count(name), 1u) << "missing export: " << name;
+    }
+    bool typeInfo = false;
+    for (const Symbol& symbol : demangled_) {
+        typeInfo = typeInfo || symbol.name == "typeinfo for Korvel::ICodec";
+    }
+    EXPECT_TRUE(typeInfo) << "the codec interface's type information is not exported";
 }
 
 TEST_F(ExportedSymbols, PlainEntryPointsAreExportedUndecorated) {

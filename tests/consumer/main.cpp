@@ -44,6 +44,16 @@ int main() {
         Check(Korvel::GetKLWriter().WriteToString(*ecu, written, "utf-8") > 0 &&
                   written.find("General reject") != std::string::npos,
               "GetKLWriter writes the ECU");
+
+        Korvel::IInstanceContainer* instances = ecu->GetInstanceContainer();
+        Korvel::IInstance* instance = instances->GetInstance(instances->AddInstance("TesterPresent"));
+        instance->CreateRequest()->AddParam("SID", 0, 8, "0x3E", "unsigned", "", "SID CONST", "");
+        std::unique_ptr<Korvel::ICodec> codec = Korvel::CreateCodec(*ecu);
+        const uint8_t negative[] = {0x7F, 0x3E, 0x10};
+        Korvel::DecodedMessage decoded;
+        Check(codec != nullptr && codec->DecodeAny(negative, sizeof(negative), decoded) &&
+                  std::strcmp(decoded.nrcText, "General reject") == 0,
+              "CreateCodec decodes a negative response with the NRC's text");
     }
 
     std::unique_ptr<Korvel::IEcu> fresh = Korvel::GetFactory().CreateEcu();

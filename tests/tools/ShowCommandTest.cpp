@@ -161,3 +161,55 @@ TEST(ShowCommand, FifoIsRefusedWithoutWaitingForAWriter) {
     EXPECT_TRUE(result.out.empty());
     EXPECT_EQ(result.err, "zekl: cannot read '" + path + "': not a regular file (a FIFO)\n");
 }
+
+TEST(ShowCommand, LayoutDrawsEveryBitOfEachMessage) {
+    const auto result = RunTool(
+        {"show", ExamplePath("uds_ecu.xml"), "--instance", "ReadDataByIdentifier_MilStatus", "--layout"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const std::string response = Section(result.out, "RESPONSE (5 bytes)");
+    const auto lines = Lines(response);
+    ASSERT_GE(lines.size(), 12u) << response;
+    EXPECT_EQ(lines[0], "       7   6   5   4   3   2   1   0");
+    EXPECT_EQ(lines[1], "     +---+---+---+---+---+---+---+---+");
+    EXPECT_EQ(lines[2], "   0 | A | A | A | A | A | A | A | A |  A SID");
+    EXPECT_EQ(lines[6], "   2 | B | B | B | B | B | B | B | B |  B DataIdentifier");
+    EXPECT_EQ(lines[8], "   3 | C | C | C | C | C | C | C | C |  C MilStatus");
+    EXPECT_EQ(lines[10], "   4 | D | D | D | D | D | D | D | D |  D Reserved");
+    EXPECT_EQ(Row(response, "D"), (Cells_{"D", "Reserved", "bit 32, 8 bits, none, GAP"}));
+    EXPECT_EQ(Row(response, "B"),
+              (Cells_{"B", "DataIdentifier", "bit 8, 16 bits, unsigned, MOTOROLA, CONST"}));
+}
+
+TEST(ShowCommand, LayoutShowsGapsAndOverlaps) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("overlap.xml");
+    zekl_test::WriteBytes(path,
+                          "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+                          "<ECU protocol=\"UDS\">\n"
+                          " <INSTANCE id=\"Packed\">\n"
+                          "  <REQUEST>\n"
+                          "   <PARAMETER id=\"SID\" bitPos=\"0\" bitLen=\"8\" type=\"unsigned\" unit=\"\" "
+                          "value=\"0x31\" semantics=\"SID CONST\" convId=\"\"/>\n"
+                          "   <PARAMETER id=\"Mode\" bitPos=\"12\" bitLen=\"8\" type=\"unsigned\" unit=\"\" "
+                          "value=\"\" semantics=\"MOTOROLA\" convId=\"\"/>\n"
+                          "   <PARAMETER id=\"Flag\" bitPos=\"20\" bitLen=\"2\" type=\"unsigned\" unit=\"\" "
+                          "value=\"\" semantics=\"\" convId=\"\"/>\n"
+                          "  </REQUEST>\n"
+                          " </INSTANCE>\n"
+                          "</ECU>\n");
+    const auto result = RunTool({"show", path, "--instance", "Packed", "--layout"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const auto lines = Lines(Section(result.out, "REQUEST (3 bytes)"));
+    ASSERT_GE(lines.size(), 8u) << result.out;
+    // Mode is the middle of bytes 1 and 2 read big-endian; Flag lies on bits 4-5 of byte 2.
+    EXPECT_EQ(lines[4], "   1 |   |   |   |   | B | B | B | B |  B Mode");
+    EXPECT_EQ(lines[6], "   2 | B | B | * | * |   |   |   |   |  B Mode");
+    EXPECT_EQ(Row(Section(result.out, "REQUEST (3 bytes)"), "*"),
+              (Cells_{"*", "(overlap)", "bits that more than one parameter covers"}));
+}
+
+TEST(ShowCommand, LayoutNeedsAnInstance) {
+    const auto result = RunTool({"show", ExamplePath("uds_ecu.xml"), "--layout"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err, "zekl: show: --layout needs --instance (see 'zekl show --help')\n");
+}

@@ -34,6 +34,10 @@ std::string ShellQuoted(const std::string& word) {
 }  // namespace
 
 ToolResult RunTool(const std::vector<std::string>& args, int seconds) {
+    return RunToolWithInput(args, "/dev/null", seconds);
+}
+
+ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath, int seconds) {
     TempDir capture;
     const std::string outPath = capture.Path("stdout");
     const std::string errPath = capture.Path("stderr");
@@ -41,7 +45,7 @@ ToolResult RunTool(const std::vector<std::string>& args, int seconds) {
     for (const std::string& arg : args) {
         command += " " + ShellQuoted(arg);
     }
-    command += " </dev/null >" + ShellQuoted(outPath) + " 2>" + ShellQuoted(errPath);
+    command += " <" + ShellQuoted(inputPath) + " >" + ShellQuoted(outPath) + " 2>" + ShellQuoted(errPath);
     const int status = std::system(command.c_str());
     ToolResult result;
     result.exitCode = (status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1;

@@ -15,10 +15,12 @@ struct ToolResult {
 // Exit code of a run that was killed because it took longer than its time limit.
 constexpr int kTimedOut = 137;
 
-// Runs zekl with the arguments; standard output and error go to temporary files. A run that
-// takes longer than `seconds` is killed and gives kTimedOut, so that a tool that hangs fails its
-// test instead of stopping the suite.
+// Runs zekl with the arguments and standard input from /dev/null; standard output and error go
+// to temporary files. A run that takes longer than `seconds` is killed and gives kTimedOut, so
+// that a tool that hangs fails its test instead of stopping the suite.
 ToolResult RunTool(const std::vector<std::string>& args, int seconds = 60);
+// The same with standard input read from a file.
+ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath, int seconds = 60);
 
 // A fresh directory removed with its content when the object dies.
 class TempDir {

@@ -8,15 +8,18 @@ const std::vector<Command>& AllCommands() {
         {"new", "print or write an empty description document", RunNew},
         {"info", "protocol, declared encoding and item counts of a document", RunInfo},
         {"check", "read a document and list the reader's messages", RunCheck},
-        {"show", "list the service instances, or the parameters of one", RunShow},
+        {"show", "list the service instances, or the parameters or layout of one", RunShow},
         {"convert", "read a document and write it back, optionally re-encoded", RunConvert},
+        {"decode", "recognise and decode diagnostic messages given in hex", RunDecode},
+        {"encode", "print the bytes of a message from values of its parameters", RunEncode},
     };
     return commands;
 }
 
 std::string OverallHelp() {
     std::string text =
-        "zekl - inspect, check and convert ZeKL diagnostic description documents\n"
+        "zekl - inspect, check and convert ZeKL diagnostic description documents, and decode\n"
+        "and encode the messages they describe\n"
         "\n"
         "Usage: zekl <command> [options] [arguments]\n"
         "\n"

@@ -19,6 +19,8 @@ int RunInfo(const Words& args);
 int RunCheck(const Words& args);
 int RunShow(const Words& args);
 int RunConvert(const Words& args);
+int RunDecode(const Words& args);
+int RunEncode(const Words& args);
 
 struct Command {
     const char* name;
