@@ -20,7 +20,8 @@ constexpr int kTimedOut = 137;
 // that a tool that hangs fails its test instead of stopping the suite.
 ToolResult RunTool(const std::vector<std::string>& args, int seconds = 60);
 // The same with standard input read from a file.
-ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath, int seconds = 60);
+ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath,
+                            int seconds = 60);
 
 // A fresh directory removed with its content when the object dies.
 class TempDir {
