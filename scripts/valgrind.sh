@@ -7,6 +7,7 @@
 #   VALGRIND_PROGRAMS  names of the test programs to run (default: every tests/zekl_*_tests)
 #   VALGRIND_FILTER_<program>  a gtest filter for that program, for example
 #                      VALGRIND_FILTER_zekl_reader_tests='-ReaderSpeed.*'
+#   VALGRIND_OPTIONS_<program>  further valgrind options for that program
 #   VALGRIND_LOG_DIR   where each program's valgrind log goes (default: <build-dir>/valgrind)
 set -euo pipefail
 
@@ -31,8 +32,10 @@ for program in $programs; do
   [ -x "$exe" ] || { echo "valgrind.sh: $exe missing" >&2; status=1; continue; }
   filter_var="VALGRIND_FILTER_$program"
   filter="${!filter_var:-*}"
+  options_var="VALGRIND_OPTIONS_$program"
+  read -r -a options <<<"${!options_var:-}"
   echo "=== $program (filter: $filter)"
-  if valgrind --tool=memcheck --leak-check=full --show-leak-kinds=definite,indirect \
+  if valgrind "${options[@]}" --tool=memcheck --leak-check=full --show-leak-kinds=definite,indirect \
       --errors-for-leak-kinds=definite,indirect --error-exitcode=1 --track-origins=no \
       --num-callers=30 --log-file="$logs/$program.log" \
       "$exe" --gtest_filter="$filter" --gtest_brief=1 >"$logs/$program.out" 2>&1; then
