@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ZeKL/DebugOutput.h>
+#include <ZeKL/Diff.h>
 #include <ZeKL/Exports.h>
 #include <ZeKL/IConstModelItemTraverser.h>
 #include <ZeKL/IConstModelItemVisitor.h>
@@ -24,5 +25,7 @@
 #include <ZeKL/ITextTable.h>
 #include <ZeKL/ITextTableElement.h>
 #include <ZeKL/IWriterConfig.h>
+#include <ZeKL/ItemPath.h>
+#include <ZeKL/Lint.h>
 #include <ZeKL/ReportCollector.h>
 #include <ZeKL/Types.h>
