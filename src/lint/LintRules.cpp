@@ -16,7 +16,7 @@ constexpr LintRule kRules[] = {
     {"semantics-word", LintSeverity::Warning,
      "a semantics word other than SID, XID, CONST, MOTOROLA, GAP, SID_NR"},
     {"const-value", LintSeverity::Error,
-     "a CONST parameter whose value has no byte image for its type and length"},
+     "a CONST parameter whose value has no byte image for its type and length, or is a number only in part"},
     {"conversion-missing", LintSeverity::Error, "a conversion id that names no conversion"},
     {"overlap", LintSeverity::Error, "parameters of one message that share bits (GAP parameters included)"},
     {"hole", LintSeverity::Warning, "bits of a message before its last parameter that no parameter covers"},

@@ -32,6 +32,17 @@ std::string Quote(const std::string& text) {
     return "'" + text + "'";
 }
 
+std::string HexImage(const ByteBuffer& bytes) {
+    static const char digits[] = "0123456789ABCDEF";
+    std::string text;
+    for (uint8_t byte : bytes) {
+        text += text.empty() ? "" : " ";
+        text += digits[byte >> 4];
+        text += digits[byte & 0xF];
+    }
+    return text;
+}
+
 std::string Hex(uint32_t value) {
     static const char digits[] = "0123456789ABCDEF";
     std::string text;
@@ -114,6 +125,30 @@ bool TableValueNumber(const char* text, long long& value) {
         ++end;
     }
     return *end == '\0';
+}
+
+// Whether a number value's whole text is the number the library reads from it: integers by the
+// library's rule (0x hexadecimal, a leading 0 octal), reals as atof reads them; blanks around
+// it allowed. Types other than these four have no number to read.
+bool IsWholeNumberValue(const char* text, ParamDataType type) {
+    const char* end = text;
+    if (type == ParamDataType::Unsigned || type == ParamDataType::Signed) {
+        long long value = 0;
+        return TableValueNumber(text, value);
+    }
+    if (type == ParamDataType::Fp || type == ParamDataType::Double) {
+        char* stop = nullptr;
+        Platform::StrToDouble(text, &stop);
+        end = stop;
+        if (end == text) {
+            return false;
+        }
+        while (IsXmlSpace(*end)) {
+            ++end;
+        }
+        return *end == '\0';
+    }
+    return true;
 }
 
 // Places `count` bits of `value` (most significant first) at bit `position` of the pattern.
@@ -221,6 +256,11 @@ void ZLinter::CheckParam(const IParam& param, const ItemPath& path) {
             Add(ZRule::ConstValue, &param, path,
                 "CONST value " + Quote(param.GetValue()) + " has no byte image as " + typeText + " of " +
                     std::to_string(bits) + " bits");
+        } else if (!IsWholeNumberValue(param.GetValue(), type)) {
+            // The library reads a number up to its first other character: "0xZZ" is 0.
+            Add(ZRule::ConstValue, &param, path,
+                "CONST value " + Quote(param.GetValue()) + " is not a number of type " + TypeNameOf(type) +
+                    "; its byte image is " + HexImage(image));
         }
     }
     const char* convId = param.GetConvId();

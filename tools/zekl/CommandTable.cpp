@@ -10,6 +10,8 @@ const std::vector<Command>& AllCommands() {
         {"check", "read a document and list the reader's messages", RunCheck},
         {"show", "list the service instances, or the parameters of one", RunShow},
         {"convert", "read a document and write it back, optionally re-encoded", RunConvert},
+        {"lint", "check a document's meaning: layouts, ids, types, conversions", RunLint},
+        {"diff", "what changed between two documents, matched by ids", RunDiff},
     };
     return commands;
 }
