@@ -47,13 +47,18 @@ bool SameSemantics(const char* a, const char* b) {
     return SameText(a, b) || SortedWords(a) == SortedWords(b);
 }
 
+// An image of a text or hex value is as long as its parameter, which a document can make
+// gigabytes long; beyond this, values are compared as texts.
+constexpr uint32_t kMaxImageBytes = 1u << 16;
+
 // The same text, or values of one type and length with the same byte image ("0x22" and "34").
 bool SameValue(const IParam& a, const IParam& b) {
     if (SameText(a.GetValue(), b.GetValue())) {
         return true;
     }
     const ParamDataType type = a.GetDataType();
-    if (type != b.GetDataType() || a.GetByteLength() != b.GetByteLength()) {
+    if (type != b.GetDataType() || a.GetByteLength() != b.GetByteLength() ||
+        a.GetByteLength() > kMaxImageBytes) {
         return false;
     }
     ByteBuffer imageA;

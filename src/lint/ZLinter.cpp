@@ -27,6 +27,9 @@ constexpr uint32_t kNegativeResponseSid = 0x7F;
 // Constants placed beyond this many bits are left out of the comparison of requests: no real
 // request is that long, and a hostile position must not make a pattern of gigabytes.
 constexpr uint64_t kMaxPatternBits = 1u << 16;
+// Nor is a constant's byte image made beyond this many bytes: the image of an ascii or none
+// value is as long as its parameter, which a document can make gigabytes long.
+constexpr uint32_t kMaxImageBytes = 1u << 16;
 
 std::string Quote(const std::string& text) {
     return "'" + text + "'";
@@ -248,7 +251,7 @@ void ZLinter::CheckParam(const IParam& param, const ItemPath& path) {
                 " bits long, the parameter " + std::to_string(bits));
     }
     CheckSemantics(param, path);
-    if (param.IsConst()) {
+    if (param.IsConst() && param.GetByteLength() <= kMaxImageBytes) {
         ByteBuffer image;
         if (!ModelUtils().ValueToBytes(param.GetValue(), type, param.GetByteLength(), image)) {
             const std::string typeText =
