@@ -8,7 +8,8 @@ using zekl_test::RunTool;
 
 namespace {
 
-const std::vector<std::string> kCommands = {"version", "new", "info", "check", "show", "convert"};
+const std::vector<std::string> kCommands = {"version", "new",     "info", "check",
+                                            "show",    "convert", "lint", "diff"};
 
 }  // namespace
 
