@@ -12,7 +12,7 @@ build="${BUILD_DIR:-$root/build}"
 jobs="${JOBS:-$(nproc 2>/dev/null || echo 2)}"
 
 # What building and testing need (scripts/test.sh uses the same tree).
-packages=(build-essential cmake ninja-build pkg-config libxerces-c-dev libgtest-dev)
+packages=(build-essential cmake ninja-build pkg-config libxerces-c-dev libgtest-dev nlohmann-json3-dev)
 
 missing=()
 for package in "${packages[@]}"; do
