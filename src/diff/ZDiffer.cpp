@@ -377,6 +377,12 @@ void ZDiffer::CompareMessage(const IMessage* before, const IMessage* after, cons
         return;
     }
     std::vector<Common> common;
+    std::unordered_map<std::string_view, uint32_t> newPositions;
+    if (options_.order) {
+        newPositions = Positions(
+            after->GetCount(), [after](uint32_t i) { return after->GetParam(static_cast<int>(i)); },
+            [](const IParam& param) { return std::string_view(param.GetId()); });
+    }
     for (uint32_t i = 0; i < before->GetCount(); ++i) {
         const IParam* param = before->GetParam(static_cast<int>(i));
         if (param == nullptr) {
@@ -391,12 +397,9 @@ void ZDiffer::CompareMessage(const IMessage* before, const IMessage* after, cons
         }
         CompareParam(*param, *other, paramPath);
         if (options_.order) {
-            // Messages are short: the new position is found by a walk.
-            for (uint32_t j = 0; j < after->GetCount(); ++j) {
-                if (after->GetParam(static_cast<int>(j)) == other) {
-                    common.push_back(Common{i, j, paramPath});
-                    break;
-                }
+            const auto found = newPositions.find(param->GetId());
+            if (found != newPositions.end()) {
+                common.push_back(Common{i, found->second, paramPath});
             }
         }
     }
