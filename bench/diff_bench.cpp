@@ -38,11 +38,12 @@ struct Options {
 };
 
 void PrintUsage() {
-    std::fprintf(stderr,
-                 "usage: zekl_diff_bench [--size-mb N] [--runs K] [--seed S] [--dir DIR] [--keep] [--cpu-time] "
-                 "[--check]\n"
-                 "  Generates a document of about N MB (default 100) and a changed copy, then times reading\n"
-                 "  both and comparing them, K times (default 5). --check makes a FAIL give exit status 1.\n");
+    std::fprintf(
+        stderr,
+        "usage: zekl_diff_bench [--size-mb N] [--runs K] [--seed S] [--dir DIR] [--keep] [--cpu-time] "
+        "[--check]\n"
+        "  Generates a document of about N MB (default 100) and a changed copy, then times reading\n"
+        "  both and comparing them, K times (default 5). --check makes a FAIL give exit status 1.\n");
 }
 
 bool ParseOptions(int argc, char** argv, Options& options) {
@@ -189,11 +190,12 @@ int main(int argc, char** argv) {
     }
     const double mbA = static_cast<double>(FileSize(pathA)) / kMB;
     const double mbB = static_cast<double>(FileSize(pathB)) / kMB;
-    std::printf("A: %.1f MB, %llu instances, %llu parameters; B: %.1f MB with %zu changes "
-                "(%zu lengths, %zu factors, %zu NRC, %zu removed, %zu added instances)\n",
-                mbA, static_cast<unsigned long long>(stats.instances),
-                static_cast<unsigned long long>(stats.parameters), mbB, changes.Total(), changes.lengths,
-                changes.factors, changes.nrcs, changes.removed, changes.added);
+    std::printf(
+        "A: %.1f MB, %llu instances, %llu parameters; B: %.1f MB with %zu changes "
+        "(%zu lengths, %zu factors, %zu NRC, %zu removed, %zu added instances)\n",
+        mbA, static_cast<unsigned long long>(stats.instances),
+        static_cast<unsigned long long>(stats.parameters), mbB, changes.Total(), changes.lengths,
+        changes.factors, changes.nrcs, changes.removed, changes.added);
     std::printf("timer: %s, cold CPU caches before each read, %d runs\n",
                 options.cpuTime ? "process CPU time" : "steady_clock", options.runs);
 
@@ -223,16 +225,17 @@ int main(int argc, char** argv) {
         Korvel::DiffEcus(*a, *b, ordered, orderedEntries);
         orderedCompares.push_back(Now(options.cpuTime) - orderedStart);
         if (!compared || entries.size() != changes.Total()) {
-            std::printf("run %d: the comparison found %zu differences, %zu were made\n", run + 1, entries.size(),
-                        changes.Total());
+            std::printf("run %d: the comparison found %zu differences, %zu were made\n", run + 1,
+                        entries.size(), changes.Total());
             found = false;
         }
         readsA.push_back(readA);
         readsB.push_back(readB);
         compares.push_back(compare);
         ratios.push_back((readA + readB + compare) / (readA + readB));
-        std::printf("run %d: read A %.0f ms, read B %.0f ms, compare %.1f ms (with --order %.1f ms), ratio %.3f\n",
-                    run + 1, readA * 1e3, readB * 1e3, compare * 1e3, orderedCompares.back() * 1e3, ratios.back());
+        std::printf(
+            "run %d: read A %.0f ms, read B %.0f ms, compare %.1f ms (with --order %.1f ms), ratio %.3f\n",
+            run + 1, readA * 1e3, readB * 1e3, compare * 1e3, orderedCompares.back() * 1e3, ratios.back());
         a.reset();
         b.reset();
         TrimHeap();
@@ -240,16 +243,19 @@ int main(int argc, char** argv) {
     const double reads = Best(readsA) + Best(readsB);
     const double compare = Best(compares);
     const double median = Median(ratios);
-    std::printf("best: read A %.0f ms (%.1f ms/MB), read B %.0f ms, compare %.1f ms (%.2f ms/MB of A and B), "
-                "--order %.1f ms\n",
-                Best(readsA) * 1e3, Best(readsA) * 1e3 / mbA, Best(readsB) * 1e3, compare * 1e3,
-                compare * 1e3 / (mbA + mbB), Best(orderedCompares) * 1e3);
+    std::printf(
+        "best: read A %.0f ms (%.1f ms/MB), read B %.0f ms, compare %.1f ms (%.2f ms/MB of A and B), "
+        "--order %.1f ms\n",
+        Best(readsA) * 1e3, Best(readsA) * 1e3 / mbA, Best(readsB) * 1e3, compare * 1e3,
+        compare * 1e3 / (mbA + mbB), Best(orderedCompares) * 1e3);
     std::printf("info: best runs give (reads + compare) / reads = %.3f; single runs %.3f to %.3f\n",
                 (reads + compare) / reads, *std::min_element(ratios.begin(), ratios.end()),
                 *std::max_element(ratios.begin(), ratios.end()));
     const bool fast = median < kTargetRatio;
-    std::printf("%s  diff of two %.0f MB documents: (reads + compare) / reads = %.3f, median of runs (target < %.1f)\n",
-                fast ? "PASS" : "FAIL", options.sizeMb, median, kTargetRatio);
+    std::printf(
+        "%s  diff of two %.0f MB documents: (reads + compare) / reads = %.3f, median of runs (target < "
+        "%.1f)\n",
+        fast ? "PASS" : "FAIL", options.sizeMb, median, kTargetRatio);
     std::printf("%s  the comparison found exactly the %zu changes made\n", found ? "PASS" : "FAIL",
                 changes.Total());
     if (!options.keep) {

@@ -68,6 +68,14 @@ public:
         owner_.Mark();
     }
 
+    // An empty element's close tag follows at once at the same place and moves the mark then.
+    void startElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
+                      const XMLCh* const elemPrefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attrList,
+                      const XMLSize_t attrCount, const bool isEmpty, const bool isRoot) override {
+        owner_.emptyElement_ = isEmpty;
+        xercesc::SAXParser::startElement(elemDecl, urlId, elemPrefix, attrList, attrCount, isEmpty, isRoot);
+    }
+
     void docComment(const XMLCh* const comment) override {
         xercesc::SAXParser::docComment(comment);
         owner_.Mark();
@@ -296,6 +304,7 @@ void ZXmlParser::ResetParseState() {
     locator_ = nullptr;
     // A document that starts with its root element has it at the very beginning.
     mark_ = XmlPosition{1, 1};
+    emptyElement_ = false;
     starts_.clear();
     if (elementStack_ != nullptr) {
         while (!elementStack_->IsEmpty()) {
@@ -393,7 +402,9 @@ void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& a
     const XmlPosition start = mark_;
     starts_.push_back(start);
     StartKnownElement(name, attributes, start);
-    Mark();
+    if (!emptyElement_) {
+        Mark();
+    }
 }
 
 void ZXmlParser::StartKnownElement(const XMLCh* name, xercesc::AttributeList& attributes, XmlPosition start) {

@@ -147,6 +147,7 @@ private:
     uint64_t textSpent_ = 0;
     const xercesc::Locator* locator_ = nullptr;
     XmlPosition mark_;
+    bool emptyElement_ = false;  // the element being opened closes in its own tag
     // Start positions of the open elements, innermost last.
     std::vector<XmlPosition> starts_;
     IXmlElementObserver* observer_ = nullptr;

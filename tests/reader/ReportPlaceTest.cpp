@@ -163,6 +163,23 @@ TEST(ReportPlace_Instance, UsedIdIsPlacedAtTheSecondInstance) {
     EXPECT_EQ(placed[1].path, "TesterPresent");
 }
 
+TEST(ReportPlace_Instance, ElementsWithoutSpaceBetweenThem) {
+    // After an empty element, after a close tag and after an open tag, with nothing between.
+    const auto result = Read(
+        "<ECU><INSTANCE id=\"a\"/><INSTANCE id=\"a\"/><INSTANCE id=\"b\"></INSTANCE><INSTANCE id=\"b\">"
+        "<REQUEST><PARAMETER id=\"p\"/></REQUEST></INSTANCE></ECU>");
+    std::vector<std::string> places;
+    for (const Placed& each : PlacedMessages(*result, Korvel::ReportLevelError)) {
+        places.push_back(std::string(Korvel::ReportLevelName(each.level)) + " " + std::to_string(each.line) +
+                         ":" + std::to_string(each.column) + " " + each.path);
+    }
+    // The second "a" and its close; the second "b", the request and the parameter inside it,
+    // which find no item of their kind, and the close of "b".
+    const std::vector<std::string> expected = {"ERROR 1:24 a",       "FATAL 1:24 ", "ERROR 1:70 b",
+                                               "FATAL 1:87 REQUEST", "FATAL 1:96 ", "FATAL 1:70 "};
+    EXPECT_EQ(places, expected);
+}
+
 TEST(ReportPlace_Message, RequestOutsideAnInstanceNamesItsMessage) {
     const auto result = Read("<ECU>\n <REQUEST>\n </REQUEST>\n</ECU>");
     const std::vector<Placed> placed = PlacedMessages(*result);
