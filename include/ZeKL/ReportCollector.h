@@ -10,6 +10,11 @@ namespace Korvel {
 struct ReadMessage {
     int32_t level;     // 1 FATAL, 2 ERROR, 3 WARN, 4 INFO, 5 DEBUG
     std::string text;  // the message as reported
+    // Additions: where the message arose (ReportPlace); 0, 0 and an empty path when the
+    // message came through Report without a place.
+    uint32_t line = 0;
+    uint32_t column = 0;
+    ItemPath path{};
 };
 
 // Level name for a report level ("FATAL" ... "DEBUG"); empty for any other number.
@@ -46,6 +51,9 @@ public:
     const std::vector<ReadMessage>& GetMessages() const;
     // Handled messages whose texts were not kept; 0 when all were.
     uint64_t GetLeftOutCount() const;
+    // Handles the message as Report does (through the virtual Report, so that a derived sink
+    // still sees it) and keeps its place with it.
+    void ReportAt(int32_t level, const std::string& message, const ReportPlace& place) override;
 
 private:
     void UpdateLeftOutLines() const;
@@ -61,6 +69,8 @@ private:
     int32_t worstLeftOut_ = ReportLevelDebug;
     mutable bool leftOutLinesCurrent_ = true;
     int32_t reportLevel_;
+    // The place of the message being handled by ReportAt; null otherwise.
+    const ReportPlace* place_ = nullptr;
 };
 
 }  // namespace Korvel

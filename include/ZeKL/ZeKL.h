@@ -3,6 +3,7 @@
 
 #include <ZeKL/CodecTypes.h>
 #include <ZeKL/DebugOutput.h>
+#include <ZeKL/Diff.h>
 #include <ZeKL/Exports.h>
 #include <ZeKL/ICodec.h>
 #include <ZeKL/IConstModelItemTraverser.h>
@@ -26,5 +27,7 @@
 #include <ZeKL/ITextTable.h>
 #include <ZeKL/ITextTableElement.h>
 #include <ZeKL/IWriterConfig.h>
+#include <ZeKL/ItemPath.h>
+#include <ZeKL/Lint.h>
 #include <ZeKL/ReportCollector.h>
 #include <ZeKL/Types.h>

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 namespace Korvel {
@@ -425,6 +426,18 @@ bool ZDataModelUtilsImpl::IsNumericType(ParamDataType type) const {
 
 bool ZDataModelUtilsImpl::IsNoneType(ParamDataType type) const {
     return type == ParamDataType::None;
+}
+
+std::vector<uint8_t> ZDataModelUtilsImpl::DefaultNrcCodes(uint32_t protocol) {
+    const auto codes = [](const NrcText* begin, const NrcText* end) {
+        std::vector<uint8_t> result;
+        for (const NrcText* at = begin; at != end; ++at) {
+            result.push_back(static_cast<uint8_t>(at->code));
+        }
+        return result;
+    };
+    return protocol == ProtocolKwp ? codes(std::begin(kKwpNrcTable), std::end(kKwpNrcTable))
+                                   : codes(std::begin(kUdsNrcTable), std::end(kUdsNrcTable));
 }
 
 std::string ZDataModelUtilsImpl::CreateXmlForEmptyEcu(uint32_t protocol, bool withNrcTable) const {

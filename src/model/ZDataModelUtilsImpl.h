@@ -37,6 +37,8 @@ public:
     bool IsNumericType(ParamDataType type) const override;
     bool IsNoneType(ParamDataType type) const override;
     std::string CreateXmlForEmptyEcu(uint32_t protocol, bool withNrcTable) const override;
+    // The codes of the protocol's default NRC table (protocol 1 KWP, any other UDS), ascending.
+    static std::vector<uint8_t> DefaultNrcCodes(uint32_t protocol);
     bool ParseDouble(const char* text, double& out) const override;
     bool ParseFloat(const char* text, float& out) const override;
     bool ParseInt32(const char* text, int32_t& out) const override;

@@ -1,5 +1,6 @@
 #include "platform/CNumbers.h"
 
+#include <charconv>
 #include <clocale>
 #include <cstdlib>
 
@@ -63,6 +64,12 @@ float StrToFloat(const char* text, char** end) {
 #else
     return strtof_l(text, end, locale);
 #endif
+}
+
+std::string ShortestDoubleText(double value) {
+    char text[64];
+    const std::to_chars_result result = std::to_chars(text, text + sizeof(text), value);
+    return std::string(text, result.ptr);
 }
 
 }  // namespace Korvel::Platform

@@ -3,7 +3,13 @@
 // "0.5" as 0 (its decimal point is the comma). Documents always write a point.
 #pragma once
 
+#include <string>
+
 namespace Korvel::Platform {
+
+// The shortest text that reads back as the same double ("0.25", "-40", "1e-07"), with a point
+// whatever the locale.
+std::string ShortestDoubleText(double value);
 
 // strtod and strtof of the "C" locale: leading blanks skipped, decimal and hexadecimal forms,
 // "inf" and "nan", ±HUGE_VAL on overflow; `end` (may be null) receives the first character

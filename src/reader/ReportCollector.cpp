@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace Korvel {
 
@@ -46,7 +47,13 @@ void ReportCollector::Report(int32_t level, const std::string& message) {
         } else if (error) {
             errors_.push_back(message);
         }
-        messages_.push_back(ReadMessage{level, message});
+        ReadMessage kept{level, message};
+        if (place_ != nullptr) {
+            kept.line = place_->line;
+            kept.column = place_->column;
+            kept.path = place_->path;
+        }
+        messages_.push_back(std::move(kept));
     } else {
         ++leftOut_;
         warningsLeftOut_ += warning ? 1 : 0;
@@ -55,6 +62,17 @@ void ReportCollector::Report(int32_t level, const std::string& message) {
         leftOutLinesCurrent_ = false;
     }
     Output(ReaderMessages::LevelName(level), message);
+}
+
+void ReportCollector::ReportAt(int32_t level, const std::string& message, const ReportPlace& place) {
+    // Report stays the one way a message is handled, also for a sink derived from this one
+    // that overrides it; the place rides along for the time of the call.
+    struct PlaceScope {
+        const ReportPlace*& slot;
+        ~PlaceScope() { slot = nullptr; }
+    } scope{place_};
+    place_ = &place;
+    Report(level, message);
 }
 
 // The lines that say how many texts were left out are written when a list is asked for, not

@@ -135,7 +135,8 @@ std::unique_ptr<IEcu> ZKLReaderImpl::ReadTextWith(const std::shared_ptr<IReporti
 
 // A memory read takes a 32-bit length: a longer text is refused rather than read cut short.
 std::unique_ptr<IEcu> ZKLReaderImpl::ReadBytes(const std::shared_ptr<IReporting>& reporting, const char* data,
-                                               uint64_t length, const char* encoding) {
+                                               uint64_t length, const char* encoding,
+                                               IXmlElementObserver* observer) {
     if (length > ReaderLimits::kMaxDocumentBytes) {
         const std::string reason =
             ReaderMessages::kTextTooLongBegin + std::to_string(length) + ReaderMessages::kTextTooLongEnd;
@@ -147,8 +148,26 @@ std::unique_ptr<IEcu> ZKLReaderImpl::ReadBytes(const std::shared_ptr<IReporting>
         });
     }
     return Read(reporting, [&](ZKLXmlParser& parser) {
+        if (ZXmlParser* frame = parser.GetXmlParser()) {
+            frame->SetElementObserver(observer);
+        }
         return parser.ParseMemory(data, static_cast<uint32_t>(length), encoding);
     });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadFileObserved(const char* path, IReporting& reporting,
+                                                      IXmlElementObserver& observer) {
+    return Read(Borrow(reporting), [&](ZKLXmlParser& parser) {
+        if (ZXmlParser* frame = parser.GetXmlParser()) {
+            frame->SetElementObserver(&observer);
+        }
+        return parser.ParseFile(path, "");
+    });
+}
+
+std::unique_ptr<IEcu> ZKLReaderImpl::ReadTextObserved(const std::string& text, IReporting& reporting,
+                                                      IXmlElementObserver& observer) {
+    return ReadBytes(Borrow(reporting), text.c_str(), text.size(), "", &observer);
 }
 
 bool ZKLReaderImpl::IsKorvelFile(const char* path) {

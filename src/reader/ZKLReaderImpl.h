@@ -3,6 +3,8 @@
 // holds no state.
 #pragma once
 
+#include "reader/IXmlElementObserver.h"
+
 #include <ZeKL/IKLReader.h>
 
 #include <functional>
@@ -37,7 +39,15 @@ public:
     // Reads `length` bytes at `data` (ReadText's path). A length beyond what a memory read
     // takes (ReaderLimits::kMaxDocumentBytes) is refused with a FATAL message and gives null.
     static std::unique_ptr<IEcu> ReadBytes(const std::shared_ptr<IReporting>& reporting, const char* data,
-                                           uint64_t length, const char* encoding);
+                                           uint64_t length, const char* encoding,
+                                           IXmlElementObserver* observer = nullptr);
+
+    // ReadFile and ReadText with the caller's sink and an empty encoding, telling `observer` of
+    // every known element with its position (see IXmlElementObserver).
+    static std::unique_ptr<IEcu> ReadFileObserved(const char* path, IReporting& reporting,
+                                                  IXmlElementObserver& observer);
+    static std::unique_ptr<IEcu> ReadTextObserved(const std::string& text, IReporting& reporting,
+                                                  IXmlElementObserver& observer);
 
 private:
     using ParseCall = std::function<bool(ZKLXmlParser&)>;

@@ -38,6 +38,10 @@ const XMLByte kNoBytes[1] = {0};
 // The encoding probe needs only the first few bytes of a file.
 constexpr std::size_t kProbeBytes = 64;
 
+uint32_t Clamped(XMLFileLoc value) {
+    return value > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(value);
+}
+
 }  // namespace
 
 // Tells the frame when the document declares a document type. Without one there are neither
@@ -52,6 +56,40 @@ public:
                      const XMLCh* const systemId, const bool hasIntSubset, const bool hasExtSubset) override {
         owner_.docTypeSeen_ = true;
         xercesc::SAXParser::doctypeDecl(elemDecl, publicId, systemId, hasIntSubset, hasExtSubset);
+        owner_.Mark();
+    }
+
+    // The events that reach no document handler callback still move the mark: white space,
+    // comments and processing instructions before, between and after the elements, and the
+    // XML declaration. Without them the root element would start where the declaration ends.
+    void ignorableWhitespace(const XMLCh* const chars, const XMLSize_t length,
+                             const bool cdataSection) override {
+        xercesc::SAXParser::ignorableWhitespace(chars, length, cdataSection);
+        owner_.Mark();
+    }
+
+    // An empty element's close tag follows at once at the same place and moves the mark then.
+    void startElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
+                      const XMLCh* const elemPrefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attrList,
+                      const XMLSize_t attrCount, const bool isEmpty, const bool isRoot) override {
+        owner_.emptyElement_ = isEmpty;
+        xercesc::SAXParser::startElement(elemDecl, urlId, elemPrefix, attrList, attrCount, isEmpty, isRoot);
+    }
+
+    void docComment(const XMLCh* const comment) override {
+        xercesc::SAXParser::docComment(comment);
+        owner_.Mark();
+    }
+
+    void docPI(const XMLCh* const target, const XMLCh* const data) override {
+        xercesc::SAXParser::docPI(target, data);
+        owner_.Mark();
+    }
+
+    void XMLDecl(const XMLCh* const versionStr, const XMLCh* const encodingStr,
+                 const XMLCh* const standaloneStr, const XMLCh* const actualEncStr) override {
+        xercesc::SAXParser::XMLDecl(versionStr, encodingStr, standaloneStr, actualEncStr);
+        owner_.Mark();
     }
 
     void entityDecl(const xercesc::DTDEntityDecl& entityDecl, const bool isPEDecl,
@@ -115,20 +153,38 @@ bool ZXmlParser::WantsLevel(int32_t level) const {
     return reporting_ && level <= reporting_->GetReportLevel();
 }
 
-void ZXmlParser::ReportError(const std::string& text) {
-    if (reporting_) {
-        reporting_->Error(text);
-    } else {
+void ZXmlParser::ReportError(const std::string& text, XmlPosition position) {
+    if (!reporting_) {
         Platform::DebugOutput(Msg::kFallbackError + text + Msg::kLineEnd);
+    } else if (position.line != 0) {
+        ReportPlaced(ReportLevelError, text, position);
+    } else {
+        reporting_->Error(text);
     }
 }
 
-void ZXmlParser::ReportFatal(const std::string& text) {
-    if (reporting_) {
-        reporting_->Fatal(text);
-    } else {
+void ZXmlParser::ReportFatal(const std::string& text, XmlPosition position) {
+    if (!reporting_) {
         Platform::DebugOutput(Msg::kFallbackFatal + text + Msg::kLineEnd);
+    } else if (position.line != 0) {
+        ReportPlaced(ReportLevelFatal, text, position);
+    } else {
+        reporting_->Fatal(text);
     }
+}
+
+void ZXmlParser::ReportPlaced(int32_t level, const std::string& text, XmlPosition position) {
+    ReportPlace place;
+    place.line = position.line;
+    place.column = position.column;
+    reporting_->ReportAt(level, text, place);
+}
+
+XmlPosition ZXmlParser::LocatorPosition() const {
+    if (locator_ == nullptr) {
+        return XmlPosition{};
+    }
+    return XmlPosition{Clamped(locator_->getLineNumber()), Clamped(locator_->getColumnNumber())};
 }
 
 void ZXmlParser::SetFatalError(const std::string& text) {
@@ -246,6 +302,10 @@ void ZXmlParser::ResetParseState() {
     skippedTag_.clear();
     currentHandler_ = nullptr;
     locator_ = nullptr;
+    // A document that starts with its root element has it at the very beginning.
+    mark_ = XmlPosition{1, 1};
+    emptyElement_ = false;
+    starts_.clear();
     if (elementStack_ != nullptr) {
         while (!elementStack_->IsEmpty()) {
             elementStack_->Pop();
@@ -304,11 +364,12 @@ void ZXmlParser::Abort(const std::string& reason) {
     errorSeen_ = true;
     lastError_ = reason;
     std::string text = reason;
+    const XmlPosition position = LocatorPosition();
     if (locator_ != nullptr) {
         text += Msg::kLinePrefix + std::to_string(locator_->getLineNumber()) + Msg::kColumnPrefix +
                 std::to_string(locator_->getColumnNumber()) + Msg::kPositionEnd;
     }
-    ReportFatal(text);
+    ReportFatal(text, position);
     throw ParseAborted{};
 }
 
@@ -338,6 +399,15 @@ void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& a
         }
         SpendText(units);
     }
+    const XmlPosition start = mark_;
+    starts_.push_back(start);
+    StartKnownElement(name, attributes, start);
+    if (!emptyElement_) {
+        Mark();
+    }
+}
+
+void ZXmlParser::StartKnownElement(const XMLCh* name, xercesc::AttributeList& attributes, XmlPosition start) {
     if (skipping_) {
         return;
     }
@@ -346,16 +416,22 @@ void ZXmlParser::startElement(const XMLCh* const name, xercesc::AttributeList& a
         skippedTag_.assign(name);
         skipping_ = true;
         if (WantsLevel(ReportLevelInfo)) {
-            reporting_->Info(Msg::kUnknownTagBegin + Platform::Utf16ToUtf8(name, skippedTag_.size()) +
-                             Msg::kUnknownTagEnd);
+            ReportPlaced(
+                ReportLevelInfo,
+                Msg::kUnknownTagBegin + Platform::Utf16ToUtf8(name, skippedTag_.size()) + Msg::kUnknownTagEnd,
+                start);
         }
         return;
     }
     currentHandler_ = handler;
     handler->StartElement(name, attributes);
     std::shared_ptr<IXmlElement> element = handler->GetCurrentElement();
+    const IXmlElement* record = element.get();
     if (element && elementStack_ != nullptr) {
         elementStack_->Push(std::move(element));
+    }
+    if (observer_ != nullptr) {
+        observer_->ElementStarted(name, attributes, record, start);
     }
 }
 
@@ -365,6 +441,15 @@ void ZXmlParser::endElement(const XMLCh* const name) {
     if (depth_ > 0) {
         --depth_;
     }
+    EndKnownElement(name);
+    // The handler's messages of the close tag have the element's start as their place.
+    if (!starts_.empty()) {
+        starts_.pop_back();
+    }
+    Mark();
+}
+
+void ZXmlParser::EndKnownElement(const XMLCh* name) {
     if (skipping_ && WideView(name) == WideView(skippedTag_)) {
         skipping_ = false;
         skippedTag_.clear();
@@ -416,6 +501,7 @@ IXmlElementHandler* ZXmlParser::FindHandler(const XMLCh* name) {
 // element reaches the handler of the last known open tag. Callers rely on both.
 void ZXmlParser::characters(const XMLCh* const chars, const XMLSize_t length) {
     SpendText(length);
+    Mark();
     if (currentHandler_) {
         currentHandler_->SetText(chars, length);
     }
@@ -436,7 +522,11 @@ std::string ZXmlParser::WithPosition(const xercesc::SAXParseException& exception
 // an error message.
 void ZXmlParser::warning(const xercesc::SAXParseException& exception) {
     std::string message;
-    ReportError(WithPosition(exception, message));
+    ReportError(WithPosition(exception, message), PositionOf(exception));
+}
+
+XmlPosition ZXmlParser::PositionOf(const xercesc::SAXParseException& exception) {
+    return XmlPosition{Clamped(exception.getLineNumber()), Clamped(exception.getColumnNumber())};
 }
 
 void ZXmlParser::error(const xercesc::SAXParseException& exception) {
@@ -454,9 +544,9 @@ void ZXmlParser::ReportParseError(const xercesc::SAXParseException& exception, i
     errorSeen_ = true;
     lastError_ = std::move(message);
     if (level == ReportLevelFatal) {
-        ReportFatal(text);
+        ReportFatal(text, PositionOf(exception));
     } else {
-        ReportError(text);
+        ReportError(text, PositionOf(exception));
     }
 }
 

@@ -7,6 +7,7 @@
 #include "platform/Transcode.h"
 #include "platform/XmlPlatform.h"
 #include "reader/IXmlElementHandler.h"
+#include "reader/IXmlElementObserver.h"
 #include "reader/IXmlElementStack.h"
 #include "reader/IXmlParser.h"
 #include "reader/IXmlParserUtilsFactory.h"
@@ -77,6 +78,12 @@ public:
     // Raw message of the last error or fatal error of the last parse.
     const std::string& GetLastError() const { return lastError_; }
 
+    // Where the innermost open element starts (the one whose handler runs); 0, 0 outside of
+    // any element.
+    XmlPosition ElementStart() const { return starts_.empty() ? XmlPosition{} : starts_.back(); }
+    // Told of every known element after its handler ran; null for none. Not owned.
+    void SetElementObserver(IXmlElementObserver* observer) { observer_ = observer; }
+
     // The encoding the XML library recognises from the first bytes of the file (its own
     // encoding names). False when the path is null or the file cannot be read.
     static bool ProbeFileEncoding(const char* path, std::string& encoding);
@@ -88,8 +95,19 @@ private:
     using HandlerMap = std::map<Platform::WideString, std::shared_ptr<IXmlElementHandler>, std::less<>>;
 
     bool WantsLevel(int32_t level) const;
-    void ReportError(const std::string& text);
-    void ReportFatal(const std::string& text);
+    // The locator's position now: after the markup or text just read.
+    XmlPosition LocatorPosition() const;
+    // Every event moves the mark to where the next markup begins: an element starts where the
+    // event before it ended.
+    void Mark() { mark_ = LocatorPosition(); }
+    void ReportPlaced(int32_t level, const std::string& text, XmlPosition position);
+    // With a position (line not 0) the message goes to the sink with its place.
+    void ReportError(const std::string& text, XmlPosition position = XmlPosition{});
+    void ReportFatal(const std::string& text, XmlPosition position = XmlPosition{});
+    static XmlPosition PositionOf(const xercesc::SAXParseException& exception);
+    // The dispatch of an open and a close tag to the handler of the tag.
+    void StartKnownElement(const XMLCh* name, xercesc::AttributeList& attributes, XmlPosition start);
+    void EndKnownElement(const XMLCh* name);
     std::string WithPosition(const xercesc::SAXParseException& exception, std::string& message) const;
     [[noreturn]] void Abort(const std::string& reason);
     // Counts delivered text against the document's size (see ReaderLimits.h).
@@ -128,6 +146,11 @@ private:
     uint64_t textBudget_ = 0;  // 0: the document's size is unknown, no budget
     uint64_t textSpent_ = 0;
     const xercesc::Locator* locator_ = nullptr;
+    XmlPosition mark_;
+    bool emptyElement_ = false;  // the element being opened closes in its own tag
+    // Start positions of the open elements, innermost last.
+    std::vector<XmlPosition> starts_;
+    IXmlElementObserver* observer_ = nullptr;
 };
 
 }  // namespace Korvel

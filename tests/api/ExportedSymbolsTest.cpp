@@ -103,6 +103,28 @@ TEST_F(ExportedSymbols, CodecEntryPointsAndInterfaceAreExported) {
     EXPECT_TRUE(typeInfo) << "the codec interface's type information is not exported";
 }
 
+// The additions for places, lint and diff, by the start of their demangled names (the
+// standard library's types in their arguments are spelt differently by each library version).
+TEST_F(ExportedSymbols, LintDiffAndPlaceAdditionsAreExported) {
+    const std::set<std::string> names = NamesOfFunctions(demangled_);
+    const char* const expected[] = {
+        "Korvel::ItemPathText",
+        "Korvel::IReporting::ReportAt(",
+        "Korvel::ReportCollector::ReportAt(",
+        "Korvel::LintSeverityName(Korvel::LintSeverity)",
+        "Korvel::LintRules()",
+        "Korvel::LintEcu(Korvel::IEcu const&, ",
+        "Korvel::LintFile(char const*, ",
+        "Korvel::LintText(",
+        "Korvel::DiffChangeName(Korvel::DiffChange)",
+        "Korvel::DiffEcus(Korvel::IEcu const&, Korvel::IEcu const&, Korvel::DiffOptions const&, ",
+    };
+    for (const char* prefix : expected) {
+        const auto found = names.lower_bound(prefix);
+        EXPECT_TRUE(found != names.end() && found->rfind(prefix, 0) == 0) << "missing export: " << prefix;
+    }
+}
+
 TEST_F(ExportedSymbols, PlainEntryPointsAreExportedUndecorated) {
     const std::set<std::string> names = NamesOfFunctions(raw_);
     EXPECT_EQ(names.count("CreateXmlForEmptyEcu"), 1u) << "missing plain export CreateXmlForEmptyEcu";

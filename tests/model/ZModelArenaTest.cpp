@@ -258,12 +258,13 @@ TEST(ModelArenaDeathTest, TheSanitizerSeesAUseAfterFreeInAChunk) {
     EXPECT_DEATH(useAfterFree(), "use-after-poison");
 }
 
+// Blocks lie one after the other without headers, so an overrun is seen where it reaches memory
+// no block holds: here the free rest of the chunk.
 TEST(ModelArenaDeathTest, TheSanitizerSeesAnOverrunInAChunk) {
     const auto overrun = [] {
         ZModelArena arena;
-        auto* block = static_cast<volatile char*>(arena.Allocate(20));
-        arena.Allocate(24);
-        block[20] = 'x';
+        auto* block = static_cast<volatile char*>(arena.Allocate(24));
+        block[24] = 'x';
     };
     EXPECT_DEATH(overrun(), "use-after-poison");
 }

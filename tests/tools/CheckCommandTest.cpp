@@ -17,6 +17,11 @@ const char* const kEmptyParameterElement =
     "WARN: WARNING: Adding empty ZKLXmlElement to buffer (used by XML stack), because no KL item could be "
     "created for the current 'PARAMETER' XML element!\n";
 
+// The broken parameter is the second of its request, on line 8, indented by three blanks.
+std::string AtBrokenParameter(const std::string& path, const char* rest) {
+    return path + ":8:4: " + rest;
+}
+
 bool HasLine(const std::string& text, const std::string& line) {
     for (const std::string& each : Lines(text)) {
         if (each == line) {
@@ -30,21 +35,36 @@ bool HasLine(const std::string& text, const std::string& line) {
 
 TEST(CheckCommand, ExamplesReadWithoutMessages) {
     for (const char* name : {"uds_ecu.xml", "kwp_ecu.xml"}) {
-        const auto result = RunTool({"check", ExamplePath(name), "--level", "5"});
+        const std::string path = ExamplePath(name);
+        const auto result = RunTool({"check", path, "--level", "5"});
         EXPECT_EQ(result.exitCode, 0) << name << result.err;
         EXPECT_TRUE(result.err.empty()) << result.err;
-        // At DEBUG level only the reader's open/close traces may appear, never a fault.
-        for (const std::string& line : Lines(result.out)) {
-            EXPECT_EQ(line.rfind("DEBUG: ", 0), 0u) << name << ": " << line;
+        // At DEBUG level only the reader's open/close traces may appear, never a fault; each
+        // is placed at its element, and the last line says the document is clean.
+        const std::vector<std::string> lines = Lines(result.out);
+        ASSERT_GT(lines.size(), 2u);
+        for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+            EXPECT_EQ(lines[i].rfind(path + ":", 0), 0u) << lines[i];
+            EXPECT_NE(lines[i].find(": DEBUG: "), std::string::npos) << name << ": " << lines[i];
         }
+        EXPECT_EQ(lines[0], path + ":2:1: DEBUG: OpenTag >> ECU element");
+        EXPECT_EQ(lines.back(), path + ": clean: no FATAL, ERROR or WARN message");
     }
+}
+
+TEST(CheckCommand, ACleanDocumentPrintsOneLine) {
+    const std::string path = ExamplePath("uds_ecu.xml");
+    const auto result = RunTool({"check", path});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, path + ": clean: no FATAL, ERROR or WARN message\n");
 }
 
 TEST(CheckCommand, DefaultLevelPrintsErrorsAndWarningsInOrder) {
     const std::string path = DataPath("missing_parameter_attribute.xml");
     const auto result = RunTool({"check", path});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, std::string(kMissingBitLen) + kEmptyParameterElement);
+    EXPECT_EQ(result.out,
+              AtBrokenParameter(path, kMissingBitLen) + AtBrokenParameter(path, kEmptyParameterElement));
     EXPECT_EQ(Lines(result.err).size(), 1u);
     EXPECT_EQ(result.err.rfind("zekl: '" + path + "' has 1 ERROR/FATAL message(s): OpenTag >> PARAMETER", 0),
               0u)
@@ -52,9 +72,10 @@ TEST(CheckCommand, DefaultLevelPrintsErrorsAndWarningsInOrder) {
 }
 
 TEST(CheckCommand, LevelTwoLeavesOutWarnings) {
-    const auto result = RunTool({"check", "--level", "2", DataPath("missing_parameter_attribute.xml")});
+    const std::string path = DataPath("missing_parameter_attribute.xml");
+    const auto result = RunTool({"check", "--level", "2", path});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.out, kMissingBitLen);
+    EXPECT_EQ(result.out, AtBrokenParameter(path, kMissingBitLen));
 }
 
 TEST(CheckCommand, LevelOneHidesErrorsButStillFails) {
@@ -64,35 +85,40 @@ TEST(CheckCommand, LevelOneHidesErrorsButStillFails) {
 }
 
 TEST(CheckCommand, LevelNamesAreAccepted) {
-    const auto byName = RunTool({"check", "--level", "ERROR", DataPath("missing_parameter_attribute.xml")});
+    const std::string path = DataPath("missing_parameter_attribute.xml");
+    const auto byName = RunTool({"check", "--level", "ERROR", path});
     EXPECT_EQ(byName.exitCode, 1);
-    EXPECT_EQ(byName.out, kMissingBitLen);
+    EXPECT_EQ(byName.out, AtBrokenParameter(path, kMissingBitLen));
 }
 
 TEST(CheckCommand, UnknownElementIsInfoAndNoFailure) {
     const std::string path = DataPath("unknown_element.xml");
+    const std::string clean = path + ": clean: no FATAL, ERROR or WARN message\n";
     const auto quiet = RunTool({"check", path});
     EXPECT_EQ(quiet.exitCode, 0);
-    EXPECT_TRUE(quiet.out.empty()) << quiet.out;
+    EXPECT_EQ(quiet.out, clean);
     const auto info = RunTool({"check", path, "--level", "4"});
     EXPECT_EQ(info.exitCode, 0);
-    EXPECT_EQ(info.out, "INFO: ZXmlParser::startElement >> Unknown tag 'VARIANT'\n");
+    EXPECT_EQ(info.out, path + ":5:2: INFO: ZXmlParser::startElement >> Unknown tag 'VARIANT'\n" + clean);
 }
 
 TEST(CheckCommand, DuplicateInstanceIsAnError) {
-    const auto result = RunTool({"check", DataPath("duplicate_instance.xml")});
+    const std::string path = DataPath("duplicate_instance.xml");
+    const auto result = RunTool({"check", path});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(HasLine(result.out,
-                        "ERROR: OpenTag >> INSTANCE element: Couldn't add DiagServiceInstance with "
-                        "id='TesterPresent'!"))
+    EXPECT_TRUE(HasLine(
+        result.out, path + ":12:2: ERROR: OpenTag >> INSTANCE element: Couldn't add DiagServiceInstance with "
+                           "id='TesterPresent'!"))
         << result.out;
 }
 
 TEST(CheckCommand, NrcOutOfRangeIsReported) {
-    const auto result = RunTool({"check", DataPath("nrc_out_of_range.xml")});
+    const std::string path = DataPath("nrc_out_of_range.xml");
+    const auto result = RunTool({"check", path});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(HasLine(result.out,
-                        "ERROR: TryGetValue >> Couldn't convert attribute #0 to BYTE, because the the "
+    EXPECT_TRUE(HasLine(
+        result.out, path +
+                        ":4:3: ERROR: TryGetValue >> Couldn't convert attribute #0 to BYTE, because the the "
                         "configured value ('300') is to big!"))
         << result.out;
 }
@@ -101,22 +127,29 @@ TEST(CheckCommand, MalformedDocumentIsFatalWithPosition) {
     const std::string path = DataPath("malformed.xml");
     const auto result = RunTool({"check", path});
     EXPECT_EQ(result.exitCode, 1);
-    bool fatal = false;
-    for (const std::string& line : Lines(result.out)) {
-        fatal =
-            fatal || (line.rfind("FATAL: ", 0) == 0 && line.find("[Line 11, Column ") != std::string::npos);
-    }
-    EXPECT_TRUE(fatal) << result.out;
+    // The place is where the XML library stopped, the same as the text's own.
+    EXPECT_TRUE(
+        HasLine(result.out, path + ":11:1: FATAL: unterminated end tag 'INSTANCE' [Line 11, Column 1]"))
+        << result.out;
     EXPECT_EQ(result.err.rfind("zekl: cannot read '" + path + "': ", 0), 0u) << result.err;
     EXPECT_EQ(Lines(result.err).size(), 1u);
 }
 
 TEST(CheckCommand, EveryPrintedMessageIsOneLine) {
-    const auto result = RunTool({"check", DataPath("duplicate_instance.xml"), "--level", "5"});
+    const std::string path = DataPath("duplicate_instance.xml");
+    const auto result = RunTool({"check", path, "--level", "5"});
+    ASSERT_FALSE(result.out.empty());
     for (const std::string& line : Lines(result.out)) {
-        const bool known = line.rfind("FATAL: ", 0) == 0 || line.rfind("ERROR: ", 0) == 0 ||
-                           line.rfind("WARN: ", 0) == 0 || line.rfind("INFO: ", 0) == 0 ||
-                           line.rfind("DEBUG: ", 0) == 0;
+        // "PATH:LINE:COLUMN: LEVEL: text"
+        ASSERT_EQ(line.rfind(path + ":", 0), 0u) << line;
+        const std::size_t afterLine = line.find(':', path.size() + 1);
+        const std::size_t afterColumn = line.find(": ", afterLine + 1);
+        ASSERT_NE(afterColumn, std::string::npos) << line;
+        EXPECT_GT(std::stoul(line.substr(path.size() + 1, afterLine - path.size() - 1)), 0ul) << line;
+        const std::string rest = line.substr(afterColumn + 2);
+        const bool known = rest.rfind("FATAL: ", 0) == 0 || rest.rfind("ERROR: ", 0) == 0 ||
+                           rest.rfind("WARN: ", 0) == 0 || rest.rfind("INFO: ", 0) == 0 ||
+                           rest.rfind("DEBUG: ", 0) == 0;
         EXPECT_TRUE(known) << "'" << line << "'";
     }
 }

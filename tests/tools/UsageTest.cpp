@@ -8,8 +8,8 @@ using zekl_test::RunTool;
 
 namespace {
 
-const std::vector<std::string> kCommands = {"version", "new",     "info",   "check",
-                                            "show",    "convert", "decode", "encode"};
+const std::vector<std::string> kCommands = {"version", "new",    "info",   "check", "show",
+                                            "convert", "decode", "encode", "lint",  "diff"};
 
 }  // namespace
 

@@ -12,6 +12,8 @@ const std::vector<Command>& AllCommands() {
         {"convert", "read a document and write it back, optionally re-encoded", RunConvert},
         {"decode", "recognise and decode diagnostic messages given in hex", RunDecode},
         {"encode", "print the bytes of a message from values of its parameters", RunEncode},
+        {"lint", "check a document's meaning: layouts, ids, types, conversions", RunLint},
+        {"diff", "what changed between two documents, matched by ids", RunDiff},
     };
     return commands;
 }

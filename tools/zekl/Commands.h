@@ -2,6 +2,9 @@
 // 0 success, 1 a document problem; usage mistakes are thrown as UsageError (status 2).
 #pragma once
 
+#include <ZeKL/Lint.h>
+
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -21,6 +24,17 @@ int RunShow(const Words& args);
 int RunConvert(const Words& args);
 int RunDecode(const Words& args);
 int RunEncode(const Words& args);
+int RunLint(const Words& args);
+int RunDiff(const Words& args);
+
+// The work of the commands, apart from their arguments.
+int CheckDocument(const std::string& path, int32_t level);
+// Fails (1) when a finding is at or above the threshold.
+int LintDocument(const std::string& path, Korvel::LintSeverity threshold, bool json);
+int DiffDocuments(const std::string& before, const std::string& after, bool order, bool json);
+
+// "PATH:LINE:COLUMN: REST\n", or "PATH: REST\n" when the line is 0 (no place known).
+std::string PlacedLine(const std::string& path, uint32_t line, uint32_t column, const std::string& rest);
 
 struct Command {
     const char* name;

@@ -33,15 +33,22 @@ uint32_t CountOf(const Korvel::IMessage* message) {
 
 }  // namespace
 
-std::unique_ptr<Korvel::IEcu> ReadDocument(const std::string& path, Korvel::ReportCollector& collector,
-                                           std::string& reason) {
+bool IsReadableDocument(const std::string& path, std::string& reason) {
     if (!CanOpen(path, reason)) {
-        return nullptr;
+        return false;
     }
     // Any XML file would read as an empty ECU (unknown elements are skipped), so a file
     // that the library does not recognise as a description is refused up front.
     if (!Korvel::GetKLReader().IsKorvelFile(path.c_str())) {
         reason = "not a diagnostic description document (no <ECU element in its first 5 lines)";
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<Korvel::IEcu> ReadDocument(const std::string& path, Korvel::ReportCollector& collector,
+                                           std::string& reason) {
+    if (!IsReadableDocument(path, reason)) {
         return nullptr;
     }
     std::unique_ptr<Korvel::IEcu> ecu = Korvel::GetKLReader().ReadFile(path.c_str(), "", collector);

@@ -8,6 +8,10 @@
 
 namespace zekl {
 
+// Whether the file can be read as a description document at all: it opens as a regular file
+// and its first lines hold "<ECU". False with one short text in `reason` otherwise.
+bool IsReadableDocument(const std::string& path, std::string& reason);
+
 // Reads the file through the library with the given sink. On failure gives null and sets
 // `reason` to one short text: the system's error for a file that cannot be opened, a note
 // for a file that is no description document, or the first FATAL/ERROR message of the read.

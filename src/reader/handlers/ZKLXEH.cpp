@@ -2,6 +2,9 @@
 
 #include "reader/handlers/AttributeText.h"
 
+#include "reader/ZKLXmlParser.h"
+
+#include "model/ZItemPath.h"
 #include "model/ZNotSupportedItem.h"
 
 namespace Korvel {
@@ -50,7 +53,7 @@ void ZKLXEH::AddElement(const XMLCh* tag, ZModelItem* item) {
 void ZKLXEH::AddEmptyElement(const XMLCh* tag) {
     const std::string& name = NarrowTagOf(tag);
     if (Wants(ReportLevelWarn)) {
-        reporting_->Report(ReportLevelWarn, Msg::kEmptyElementBegin + name + Msg::kEmptyElementEnd);
+        Report(ReportLevelWarn, Msg::kEmptyElementBegin + name + Msg::kEmptyElementEnd);
     }
     current_ = std::make_shared<ZKLXmlElement>(name);
 }
@@ -70,15 +73,51 @@ void ZKLXEH::CountClose() {
 }
 
 void ZKLXEH::Report(int32_t level, const std::string& message) const {
-    if (reporting_) {
-        reporting_->Report(level, message);
+    if (Wants(level)) {
+        reporting_->ReportAt(level, message, PlaceOfMessage());
     }
 }
 
 void ZKLXEH::ReportText(int32_t level, const char* text) const {
     if (Wants(level)) {
-        reporting_->Report(level, text);
+        reporting_->ReportAt(level, text, PlaceOfMessage());
     }
+}
+
+ReportPlace ZKLXEH::PlaceOfMessage() const {
+    ReportPlace place;
+    if (const ZXmlParser* frame = parser_ != nullptr ? parser_->GetXmlParser() : nullptr) {
+        const XmlPosition start = frame->ElementStart();
+        place.line = start.line;
+        place.column = start.column;
+    }
+    AddItemPath(TopItem(), place.path);
+    const auto text = [this]() {
+        return own_.text != nullptr ? Platform::Utf16ToUtf8(own_.text) : std::string();
+    };
+    switch (own_.field) {
+        case OwnField::None:
+            break;
+        case OwnField::Instance:
+            place.path.instance = text();
+            break;
+        case OwnField::Message:
+            place.path.message = narrowTag_;
+            break;
+        case OwnField::Parameter:
+            place.path.parameter = text();
+            break;
+        case OwnField::Conversion:
+            place.path.conversion = text();
+            break;
+        case OwnField::Entry:
+            place.path.entry = text();
+            break;
+        case OwnField::Nrc:
+            place.path.nrc = std::to_string(own_.code);
+            break;
+    }
+    return place;
 }
 
 ZModelItem* ZKLXEH::TopItem() const {
@@ -98,10 +137,9 @@ bool ZKLXEH::TryGetByteValue(const xercesc::AttributeList& attributes, XMLSize_t
     const int32_t number = AttributeText::Atol(text);
     if (number < 0 || number > 255) {
         if (Wants(ReportLevelError)) {
-            reporting_->Report(ReportLevelError,
-                               Msg::kByteValueBegin + std::to_string(index) + Msg::kByteValueMiddle +
-                                   std::to_string(number) +
-                                   (number < 0 ? Msg::kByteValueTooSmall : Msg::kByteValueTooBig));
+            Report(ReportLevelError, Msg::kByteValueBegin + std::to_string(index) + Msg::kByteValueMiddle +
+                                         std::to_string(number) +
+                                         (number < 0 ? Msg::kByteValueTooSmall : Msg::kByteValueTooBig));
         }
         return true;
     }

@@ -80,9 +80,30 @@ protected:
     void CountClose();
 
     bool Wants(int32_t level) const { return reporting_ && level <= reporting_->GetReportLevel(); }
+    // Every message goes to the sink with its place: where the element starts, and the path of
+    // the item it concerns (the item on top of the stack, with what the element names itself).
     void Report(int32_t level, const std::string& message) const;
     // Reports a fixed text, built only when the sink takes the level.
     void ReportText(int32_t level, const char* text) const;
+
+    // What the element being opened names of its own item, for the paths of its messages while
+    // its item is not (or never) on the stack: the field it fills and the attribute's text,
+    // which lives as long as the open tag. A handler names it in its StartElement, inside an
+    // OwnScope that forgets it when StartElement ends.
+    enum class OwnField : uint8_t { None, Instance, Message, Parameter, Conversion, Entry, Nrc };
+    void NameOwn(OwnField field, const XMLCh* text = nullptr, uint8_t code = 0) {
+        own_ = Own{field, text, code};
+    }
+    class OwnScope {
+    public:
+        explicit OwnScope(ZKLXEH& handler) : handler_(handler) {}
+        ~OwnScope() { handler_.own_ = Own{}; }
+        OwnScope(const OwnScope&) = delete;
+        OwnScope& operator=(const OwnScope&) = delete;
+
+    private:
+        ZKLXEH& handler_;
+    };
 
     // The model item of the record on top of the stack (the not-supported item for an empty
     // record or a record of another kind); null when the stack is empty.
@@ -104,6 +125,7 @@ protected:
 
 private:
     const std::string& NarrowTagOf(const XMLCh* tag);
+    ReportPlace PlaceOfMessage() const;
 
     std::shared_ptr<IReporting> reporting_;
     // Only the last record is kept: it is all GetCurrentElement can hand out; the stack holds
@@ -118,6 +140,12 @@ private:
     const ReaderMessages::TagTexts& texts_;
     std::string narrowTag_;
     std::string otherTag_;
+    struct Own {
+        OwnField field = OwnField::None;
+        const XMLCh* text = nullptr;
+        uint8_t code = 0;
+    };
+    Own own_;
 };
 
 }  // namespace Korvel

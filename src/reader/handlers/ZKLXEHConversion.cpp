@@ -25,6 +25,7 @@ ZKLXEHConversion::~ZKLXEHConversion() = default;
 
 void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
+    OwnScope own(*this);
     const XMLCh* id = nullptr;
     bool hasFactor = false;
     bool hasOffset = false;
@@ -46,6 +47,7 @@ void ZKLXEHConversion::StartElement(const XMLCh* tag, xercesc::AttributeList& at
                                   hasOffset = true;
                               }
                           });
+    NameOwn(OwnField::Conversion, id);
     if (id == nullptr || !hasFactor || !hasOffset) {
         ReportText(ReportLevelError, Msg::kConversionMissing);
         AddEmptyElement(tag);

@@ -12,6 +12,8 @@ ZKLXEHInstance::~ZKLXEHInstance() = default;
 void ZKLXEHInstance::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
     const XMLCh* idText = attributes.getValue(u"id");
+    OwnScope own(*this);
+    NameOwn(OwnField::Instance, idText);
     if (idText == nullptr || idText[0] == 0) {
         ReportText(ReportLevelError, Msg::kInstanceNoId);
         AddEmptyElement(tag);

@@ -19,6 +19,7 @@ ZKLXEHMap::~ZKLXEHMap() = default;
 
 void ZKLXEHMap::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
+    OwnScope own(*this);
     uint8_t code = 0;
     bool hasNrc = false;
     const XMLCh* val = nullptr;
@@ -40,8 +41,10 @@ void ZKLXEHMap::StartElement(const XMLCh* tag, xercesc::AttributeList& attribute
         return;
     }
     if (hasNrc) {
+        NameOwn(OwnField::Nrc, nullptr, code);
         AddNrc(tag, code, text);
     } else {
+        NameOwn(OwnField::Entry, val);
         AddTextTableElement(tag, val, text);
     }
 }

@@ -12,6 +12,8 @@ ZKLXEHMessage::~ZKLXEHMessage() = default;
 
 void ZKLXEHMessage::StartElement(const XMLCh* tag, xercesc::AttributeList& /*attributes*/) {
     CountOpen();
+    OwnScope own(*this);
+    NameOwn(OwnField::Message);
     ZMessage* message = nullptr;
     if (TopItem() != nullptr) {
         if (ZInstance* instance = TopAs<ZInstance>()) {

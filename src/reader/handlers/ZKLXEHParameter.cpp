@@ -123,6 +123,7 @@ ZKLXEHParameter::~ZKLXEHParameter() = default;
 
 void ZKLXEHParameter::StartElement(const XMLCh* tag, xercesc::AttributeList& attributes) {
     CountOpen();
+    OwnScope own(*this);
     ZMessage* message = nullptr;
     if (ZModelItem* top = TopItem()) {
         message = top->As<ZMessage>();
@@ -150,6 +151,7 @@ ZParam* ZKLXEHParameter::AddParam(ZMessage& message, const xercesc::AttributeLis
         }
     }
     const XMLCh* id = found[kId];
+    NameOwn(OwnField::Parameter, id);
     const XMLCh* value = found[kValue];
     const XMLCh* type = found[kType];
     const XMLCh* unit = found[kUnit];
