@@ -1,75 +1,86 @@
 #include <ZeKL/ZeKL.h>
 
-#include <cstdio>
+#include <algorithm>
 
-#include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
 #include "Document.h"
+#include "JsonOutput.h"
 
 namespace zekl {
 
 namespace {
 
-const char* const kCheckHelp =
-    "Usage: zekl check FILE [--level 1..5]\n"
-    "\n"
+const CommandHelp kCheckHelp = {
+    "check", "read a document and list the reader's messages", "zekl check FILE [--level 1..5] [--json]",
     "Reads the description document FILE and prints every message of the read as\n"
-    "'LEVEL: text', one per line, in the order the reader reported them.\n"
-    "\n"
-    "Options:\n"
-    "  --level N  most detailed level to print: 1 FATAL, 2 ERROR, 3 WARN (default),\n"
-    "             4 INFO, 5 DEBUG; the level names are accepted too\n"
-    "\n"
+    "'LEVEL: text', one per line, in the order the reader reported them.\n",
     "Exit status: 0 when the read gave no ERROR or FATAL message, 1 otherwise (also when\n"
     "the file cannot be read or the document is refused), 2 for a usage error. Errors\n"
-    "decide the status also when --level 1 hides them.\n";
+    "decide the status also when --level 1 hides them.\n"};
 
-int32_t ParseLevel(const std::string& text) {
+struct CheckOptions {
+    std::string file;
+    int32_t level = Korvel::ReportLevelWarn;
+    bool json = false;
+};
+
+void DefineCheck(CLI::App& app, CheckOptions& options) {
+    AddDocumentArgument(app, options.file);
+    std::map<std::string, std::string> levels;
     for (int32_t level = Korvel::ReportLevelFatal; level <= Korvel::ReportLevelDebug; ++level) {
-        if (text == std::to_string(level) || text == Korvel::ReportLevelName(level)) {
-            return level;
+        const std::string number = std::to_string(level);
+        std::string name = Korvel::ReportLevelName(level);
+        for (char& c : name) {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+        levels[number] = number;
+        levels[name] = number;
+    }
+    levels["warning"] = std::to_string(Korvel::ReportLevelWarn);
+    app.add_option("-l,--level", options.level,
+                   "most detailed level to print: 1 FATAL, 2 ERROR, 3 WARN (the default), 4 INFO, 5 DEBUG; "
+                   "the names work too, in any letter case")
+        ->type_name("LEVEL")
+        ->transform(Choice(levels, "invalid level", "use 1 to 5"));
+    AddJsonFlag(app, options.json);
+}
+
+int Check(const CheckOptions& options) {
+    // Warnings are always kept so that their count is right at every level.
+    Document document(options.file, std::max<int32_t>(options.level, Korvel::ReportLevelWarn));
+    document.Load();
+    Json messages = Json::array();
+    std::string text;
+    for (const auto& message : document.Messages().GetMessages()) {
+        if (message.level <= options.level) {
+            messages.push_back(MessageJson(message));
+            text += Korvel::ReportLevelName(message.level) + std::string(": ") + OneLine(message.text) + "\n";
         }
     }
-    throw UsageError("check", "invalid level '" + text + "' (use 1 to 5)");
+    if (options.json) {
+        PrintJson({{"file", document.Argument()},
+                   {"read", document.IsLoaded()},
+                   {"reason", TextOrNull(document.Reason())},
+                   {"errors", document.Messages().GetErrorCount()},
+                   {"warnings", document.Messages().GetWarningCount()},
+                   {"messages", messages}});
+    } else {
+        WriteAll(stdout, text);
+    }
+    if (!document.IsLoaded()) {
+        throw Failure("cannot read " + document.Name() + ": " + document.Reason());
+    }
+    if (document.HasErrors()) {
+        throw Failure(document.ErrorSummary());
+    }
+    return ExitSuccess;
 }
 
 }  // namespace
 
-int RunCheck(const Words& args) {
-    Arguments arguments("check", {{"level", 'l', true}}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kCheckHelp, stdout);
-        return ExitSuccess;
-    }
-    const int32_t level = ParseLevel(arguments.Value("level", "3"));
-    arguments.RequirePositionals({"FILE"});
-    const std::string path = arguments.Positionals()[0];
-
-    // Errors are always collected, so that they decide the exit status at every level.
-    Korvel::ReportCollector collector(level < Korvel::ReportLevelError ? Korvel::ReportLevelError : level);
-    std::string reason;
-    std::unique_ptr<Korvel::IEcu> ecu = ReadDocument(path, collector, reason);
-    std::string text;
-    for (const auto& message : collector.GetMessages()) {
-        if (message.level <= level) {
-            text += Korvel::ReportLevelName(message.level);
-            text += ": ";
-            text += OneLine(message.text);
-            text += '\n';
-        }
-    }
-    WriteAll(stdout, text);
-    if (!ecu) {
-        PrintError("cannot read " + Quoted(path) + ": " + reason);
-        return ExitDocumentProblem;
-    }
-    if (collector.GetErrorCount() != 0) {
-        PrintError(Quoted(path) + " has " + std::to_string(collector.GetErrorCount()) +
-                   " ERROR/FATAL message(s): " + FirstError(collector));
-        return ExitDocumentProblem;
-    }
-    return ExitSuccess;
+void AddCheckCommand(Cli& cli) {
+    cli.Add(kCheckHelp, DefineCheck, Check);
 }
 
 }  // namespace zekl

@@ -1,37 +1,21 @@
-// The zekl commands. Each takes the words after its name and returns the exit status:
-// 0 success, 1 a document problem; usage mistakes are thrown as UsageError (status 2).
+// The commands of zekl. Each file Cmd<Name>.cpp holds one: its help texts, its options (a
+// struct the command line fills) and the function that does the work on them.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "Cli.h"
 
 namespace zekl {
 
-using Words = std::vector<std::string>;
+void AddVersionCommand(Cli& cli);
+void AddNewCommand(Cli& cli);
+void AddInfoCommand(Cli& cli);
+void AddCheckCommand(Cli& cli);
+void AddShowCommand(Cli& cli);
+void AddConvertCommand(Cli& cli);
+void AddDecodeCommand(Cli& cli);
+void AddEncodeCommand(Cli& cli);
 
-constexpr int ExitSuccess = 0;
-constexpr int ExitDocumentProblem = 1;
-constexpr int ExitUsage = 2;
-
-int RunVersion(const Words& args);
-int RunNew(const Words& args);
-int RunInfo(const Words& args);
-int RunCheck(const Words& args);
-int RunShow(const Words& args);
-int RunConvert(const Words& args);
-int RunDecode(const Words& args);
-int RunEncode(const Words& args);
-
-struct Command {
-    const char* name;
-    const char* summary;
-    int (*run)(const Words& args);
-};
-
-// Every command, in the order the overall help lists them.
-const std::vector<Command>& AllCommands();
-
-// The tool's overall help text.
-std::string OverallHelp();
+// Every command, in the order 'zekl --help' lists them.
+void AddCommands(Cli& cli);
 
 }  // namespace zekl

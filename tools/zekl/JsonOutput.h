@@ -1,0 +1,27 @@
+// The JSON output of the commands (--json), one documented schema for all: docs/json.md.
+#pragma once
+
+#include <ZeKL/ZeKL.h>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace zekl {
+
+using Json = nlohmann::ordered_json;
+
+// The text for JSON output, two blanks of indentation and a final line end. Invalid UTF-8 in
+// texts taken from documents or messages is replaced, not refused.
+std::string JsonText(const Json& json);
+
+// Writes the JSON document on standard output.
+void PrintJson(const Json& json);
+
+// A message of a read: {"level": "ERROR", "text": "..."}.
+Json MessageJson(const Korvel::ReadMessage& message);
+
+// A text, or null when it is empty.
+Json TextOrNull(const std::string& text);
+
+}  // namespace zekl
