@@ -119,7 +119,7 @@ TEST(Usage, HelpAloneIsTheOverview) {
 
 // Every command that reads a document says that '-' is standard input.
 TEST(Usage, DocumentArgumentsOfferStandardInput) {
-    for (const std::string& command : {"info", "check", "show", "convert", "decode", "encode"}) {
+    for (const char* command : {"info", "check", "show", "convert", "decode", "encode"}) {
         const std::string help = RunTool({command, "--help"}).out;
         EXPECT_NE(help.find("the description document; '-' reads it from standard input"), std::string::npos)
             << command;
