@@ -163,3 +163,26 @@ TEST(InfoCommand, DeviceIsRefusedNamingWhatItIs) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.err, "zekl: cannot read '/dev/zero': not a regular file (a character device)\n");
 }
+
+// An endless stream on standard input is refused from its head, not read until memory ends.
+TEST(InfoCommand, EndlessStandardInputIsRefusedAtOnce) {
+    const auto result = zekl_test::RunToolWithInput({"info", "-"}, "/dev/zero", 20);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(
+        result.err,
+        "zekl: cannot read standard input: not a diagnostic description document (no <ECU element in its "
+        "first 5 lines)\n");
+}
+
+// Standard input counts as a description by the same rule as a file: <ECU in its first five lines.
+TEST(InfoCommand, StandardInputFollowsTheRuleOfFiles) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("late.xml");
+    zekl_test::WriteBytes(
+        path, "<?xml version=\"1.0\"?>\n<!-- 1 -->\n<!-- 2 -->\n<!-- 3 -->\n<!-- 4 -->\n<ECU/>\n");
+    const auto file = RunTool({"info", path});
+    const auto input = zekl_test::RunToolWithInput({"info", "-"}, path);
+    EXPECT_EQ(file.exitCode, 1);
+    EXPECT_EQ(input.exitCode, 1);
+    EXPECT_NE(input.err.find("not a diagnostic description document"), std::string::npos) << input.err;
+}

@@ -58,16 +58,13 @@ int Check(const CheckOptions& options) {
             text += Korvel::ReportLevelName(message.level) + std::string(": ") + OneLine(message.text) + "\n";
         }
     }
-    if (options.json) {
-        PrintJson({{"file", document.Argument()},
-                   {"read", document.IsLoaded()},
-                   {"reason", TextOrNull(document.Reason())},
-                   {"errors", document.Messages().GetErrorCount()},
-                   {"warnings", document.Messages().GetWarningCount()},
-                   {"messages", messages}});
-    } else {
-        WriteAll(stdout, text);
-    }
+    const Json json = {{"file", document.Argument()},
+                       {"read", document.IsLoaded()},
+                       {"reason", TextOrNull(document.Reason())},
+                       {"errors", document.Messages().GetErrorCount()},
+                       {"warnings", document.Messages().GetWarningCount()},
+                       {"messages", messages}};
+    PrintResult(options.json, json, text);
     if (!document.IsLoaded()) {
         throw Failure("cannot read " + document.Name() + ": " + document.Reason());
     }

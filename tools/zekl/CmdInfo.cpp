@@ -63,11 +63,7 @@ std::string InfoText(const Json& info) {
 int Info(const InfoOptions& options) {
     Document document(options.file, Korvel::ReportLevelWarn);
     const Json info = InfoJson(document);
-    if (options.json) {
-        PrintJson(info);
-    } else {
-        WriteAll(stdout, InfoText(info));
-    }
+    PrintResult(options.json, info, InfoText(info));
     return document.ShownStatus();
 }
 

@@ -324,11 +324,7 @@ int Show(const ShowOptions& options) {
             InstanceDetail(*instance, json, text);
         }
     }
-    if (options.json) {
-        PrintJson(json);
-    } else {
-        WriteAll(stdout, text);
-    }
+    PrintResult(options.json, json, text);
     return document.ShownStatus();
 }
 

@@ -16,6 +16,8 @@ const char* const kNotADescription =
     "not a diagnostic description document (no <ECU element in its first 5 lines)";
 // The reader takes at most 4 GiB of text; more is refused before it fills the memory.
 constexpr uint64_t kMaxInput = uint64_t{1} << 32;
+// How much of a document shows whether it is a description.
+constexpr std::size_t kDescriptionPrefix = 64 * 1024;
 
 std::string LowerCase(std::string text) {
     for (char& c : text) {
@@ -40,20 +42,47 @@ std::string FirstError(const Korvel::ReportCollector& collector) {
     return std::string();
 }
 
+// Where a description shows itself: its first five lines within the first 64 KiB, as the
+// library tests a file (IsKorvelFile); IsKorvelText would look at the whole text.
+std::string DescriptionHead(const std::string& text) {
+    const std::string head = text.substr(0, kDescriptionPrefix);
+    std::size_t from = 0;
+    for (int line = 0; line < 5; ++line) {
+        const std::size_t end = head.find('\n', from);
+        if (end == std::string::npos) {
+            return head;
+        }
+        from = end + 1;
+    }
+    return head.substr(0, from);
+}
+
+// Reads standard input to its end. Input that is no description is refused as soon as its head
+// shows it, before an endless or huge stream (a device, another program's output) fills the
+// memory.
 bool ReadStandardInput(std::string& text, std::string& reason) {
     char buffer[65536];
+    bool checked = false;
     for (;;) {
         const std::size_t count = std::fread(buffer, 1, sizeof buffer, stdin);
         text.append(buffer, count);
+        const bool ended = count < sizeof buffer;
+        if (ended && std::ferror(stdin) != 0) {
+            reason = "standard input cannot be read";
+            return false;
+        }
+        if (!checked && (ended || text.size() >= kDescriptionPrefix)) {
+            checked = true;
+            if (!Korvel::GetKLReader().IsKorvelText(DescriptionHead(text))) {
+                reason = kNotADescription;
+                return false;
+            }
+        }
         if (text.size() >= kMaxInput) {
             reason = "standard input holds more than 4 GiB";
             return false;
         }
-        if (count < sizeof buffer) {
-            if (std::ferror(stdin) != 0) {
-                reason = "standard input cannot be read";
-                return false;
-            }
+        if (ended) {
             return true;
         }
     }
@@ -108,7 +137,7 @@ bool Document::LoadStandardInput() {
     }
     std::string version;
     Korvel::IKLReader& reader = Korvel::GetKLReader();
-    if (!reader.IsKorvelText(text, version, declaredEncoding_)) {
+    if (!reader.IsKorvelText(DescriptionHead(text), version, declaredEncoding_)) {
         reason_ = kNotADescription;
         return false;
     }

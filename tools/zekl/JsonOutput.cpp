@@ -13,6 +13,14 @@ void PrintJson(const Json& json) {
     WriteAll(stdout, JsonText(json));
 }
 
+void PrintResult(bool json, const Json& value, const std::string& text) {
+    if (json) {
+        PrintJson(value);
+    } else {
+        WriteAll(stdout, text);
+    }
+}
+
 Json MessageJson(const Korvel::ReadMessage& message) {
     return {{"level", Korvel::ReportLevelName(message.level)}, {"text", OneLine(message.text)}};
 }

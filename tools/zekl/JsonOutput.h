@@ -17,6 +17,8 @@ std::string JsonText(const Json& json);
 
 // Writes the JSON document on standard output.
 void PrintJson(const Json& json);
+// The result of a command on standard output: as JSON (--json) or as the text for people.
+void PrintResult(bool json, const Json& value, const std::string& text);
 
 // A message of a read: {"level": "ERROR", "text": "..."}.
 Json MessageJson(const Korvel::ReadMessage& message);
