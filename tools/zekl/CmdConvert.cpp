@@ -24,7 +24,8 @@ const CommandHelp kConvertHelp = {
     "messages (their elements or values would be dropped or changed; see 'zekl check IN'),\n"
     "or when a value holds a character the output encoding cannot carry (the message\n"
     "names the item).\n",
-    ""};
+    "Exit status: 0 when OUT was written; 1 when IN cannot be read, when converting it would\n"
+    "lose something (without --force) or when OUT cannot be written; 2 for a usage error.\n"};
 
 struct ConvertOptions {
     std::string input;
