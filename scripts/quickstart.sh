@@ -12,7 +12,8 @@ build="${BUILD_DIR:-$root/build}"
 jobs="${JOBS:-$(nproc 2>/dev/null || echo 2)}"
 
 # What building and testing need (scripts/test.sh uses the same tree).
-packages=(build-essential cmake ninja-build pkg-config libxerces-c-dev libgtest-dev nlohmann-json3-dev)
+packages=(build-essential cmake ninja-build pkg-config libxerces-c-dev libgtest-dev nlohmann-json3-dev
+  libcli11-dev help2man bash-completion man-db)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -4,6 +4,7 @@
 #include <ZeKL/IEcu.h>
 #include <ZeKL/IWriterConfig.h>
 
+#include <memory>
 #include <string>
 
 namespace Korvel {
@@ -30,6 +31,19 @@ public:
     // link, are replaced).
     virtual uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
                                  std::string& error) = 0;
+
+    // Addition: a new configuration with the defaults, owned by the caller and separate from
+    // the process-wide one of GetConfig (see IWriterConfig.h); never null.
+    virtual std::unique_ptr<IWriterConfig> CreateConfig() = 0;
+    // Addition: WriteToString with `config` instead of the process-wide configuration. Result
+    // and `text` as there (`text` is left alone on failure); `error` as for WriteToFile, also
+    // naming the item when `config` refuses a character the encoding cannot carry.
+    virtual uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding,
+                                   const IWriterConfig& config, std::string& error) = 0;
+    // Addition: WriteToFile with `config` instead of the process-wide configuration; result,
+    // file and `error` as in the form with `error`.
+    virtual uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                                 const IWriterConfig& config, std::string& error) = 0;
 };
 
 }  // namespace Korvel

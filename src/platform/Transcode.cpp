@@ -189,6 +189,13 @@ std::string Utf16ToWindows1252(const XMLCh* text, std::size_t length) {
     }
 }
 
+bool Windows1252HasCharacter(char32_t c) {
+    if (c > 0xFFFF || IsHighSurrogate(static_cast<XMLCh>(c)) || IsLowSurrogate(static_cast<XMLCh>(c))) {
+        return false;
+    }
+    return Transcoders().Win1252().canTranscodeTo(static_cast<XMLCh>(c));
+}
+
 WideString Windows1252ToUtf16(const char* text, std::size_t length) {
     try {
         return Decode(Transcoders().Win1252(), text, length);

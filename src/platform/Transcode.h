@@ -46,6 +46,10 @@ inline std::string Utf16ToWindows1252(const WideString& text) {
     return Utf16ToWindows1252(text.data(), text.size());
 }
 
+// True when code page 1252 has the character (a code point; surrogates and characters beyond
+// U+FFFF never).
+bool Windows1252HasCharacter(char32_t c);
+
 // Windows-1252 bytes to UTF-16 (for tests and tools that read such texts).
 WideString Windows1252ToUtf16(const char* text, std::size_t length);
 

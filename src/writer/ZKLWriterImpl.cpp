@@ -51,7 +51,7 @@ std::size_t EstimateLength(const IEcu& ecu) {
 
 // Builds the document in `text`; throws on failure. The text's pages are prefaulted as it
 // grows (see ZStringOutputBuffer).
-void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
+void WriteToText(const IEcu& ecu, std::string& text, const char* encoding, const IWriterConfig& config) {
     try {
         text.reserve(
             static_cast<std::size_t>(std::min<uint64_t>(EstimateLength(ecu), ZKLWriterImpl::kMaxLength)));
@@ -61,13 +61,30 @@ void WriteToText(const IEcu& ecu, std::string& text, const char* encoding) {
     ZStringOutputBuffer buffer(text);
     std::ostream stream(&buffer);
     stream.exceptions(std::ios_base::badbit | std::ios_base::failbit);
-    ZKLWriterImpl::WriteDocument(ecu, stream, encoding, ZWriterConfig::Instance());
+    ZKLWriterImpl::WriteDocument(ecu, stream, encoding, config);
+}
+
+// Runs one write: any exception becomes a result of 0, the debug text and its reason in `error`.
+template <typename Write>
+uint32_t Guarded(std::string& error, Write&& write) {
+    try {
+        return write();
+    } catch (const std::exception& exception) {
+        error = exception.what();
+    } catch (...) {
+        error.clear();
+    }
+    Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
+    if (error.empty()) {
+        error = WriterMessages::kUnexpectedFailure;
+    }
+    return 0;
 }
 
 }  // namespace
 
 void ZKLWriterImpl::WriteDocument(const IEcu& ecu, std::ostream& out, const char* encoding,
-                                  IWriterConfig& config) {
+                                  const IWriterConfig& config) {
     ZXmlWriter writer(out, encoding, config);
     if (writer.IsReady()) {
         writer.WriteDeclaration(encoding);
@@ -87,7 +104,7 @@ uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const
     try {
         buffer.clear();
         std::string text;
-        WriteToText(ecu, text, encoding);
+        WriteToText(ecu, text, encoding, ZWriterConfig::Instance());
         if (text.size() > m_maxLength) {
             Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
             return 0;
@@ -105,24 +122,28 @@ uint32_t ZKLWriterImpl::WriteToBuffer(const IEcu& ecu, ByteBuffer& buffer, const
 }
 
 uint32_t ZKLWriterImpl::WriteToString(const IEcu& ecu, std::string& text, const char* encoding) {
+    std::string error;
+    return WriteToString(ecu, text, encoding, ZWriterConfig::Instance(), error);
+}
+
+uint32_t ZKLWriterImpl::WriteToString(const IEcu& ecu, std::string& text, const char* encoding,
+                                      const IWriterConfig& config, std::string& error) {
+    error.clear();
     if (encoding == nullptr) {
+        error = WriterMessages::kNoEncoding;
         return 0;
     }
-    try {
+    return Guarded(error, [&]() -> uint32_t {
         std::string document;
-        WriteToText(ecu, document, encoding);
+        WriteToText(ecu, document, encoding, config);
         // The length is returned as 32 bits, so a longer document is refused as in the buffer
         // form rather than reported with a wrong length.
-        if (document.size() > m_maxLength) {
-            Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+        if (!FitsResult(document.size(), error)) {
             return 0;
         }
         text.swap(document);
         return static_cast<uint32_t>(text.size());
-    } catch (...) {
-        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
-        return 0;
-    }
+    });
 }
 
 uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding) {
@@ -132,39 +153,45 @@ uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const
 
 uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
                                     std::string& error) {
+    return WriteToFile(ecu, fileName, encoding, ZWriterConfig::Instance(), error);
+}
+
+uint32_t ZKLWriterImpl::WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                                    const IWriterConfig& config, std::string& error) {
     error.clear();
     if (fileName == nullptr || encoding == nullptr) {
         error = fileName == nullptr ? WriterMessages::kNoFileName : WriterMessages::kNoEncoding;
         return 0;
     }
-    try {
+    return Guarded(error, [&]() -> uint32_t {
         // The target is replaced only by the finished document; on any failure the temporary
         // file goes and the old document stays.
         ZSafeFileOutput file(fileName);
-        WriteDocument(ecu, file.Stream(), encoding, ZWriterConfig::Instance());
+        WriteDocument(ecu, file.Stream(), encoding, config);
         const uint64_t length = file.BytesWritten();
-        if (length > m_maxLength) {
-            Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
-            error = WriterMessages::kDocumentTooLong;
+        if (!FitsResult(length, error)) {
             return 0;
         }
         file.Commit();
         return static_cast<uint32_t>(length);
-    } catch (const std::exception& exception) {
-        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
-        error = exception.what();
-    } catch (...) {
-        Platform::DebugOutput(WriterMessages::kExceptionDuringWrite);
-        error = WriterMessages::kUnexpectedFailure;
+    });
+}
+
+bool ZKLWriterImpl::FitsResult(uint64_t length, std::string& error) const {
+    if (length <= m_maxLength) {
+        return true;
     }
-    if (error.empty()) {
-        error = WriterMessages::kUnexpectedFailure;
-    }
-    return 0;
+    Platform::DebugOutput(WriterMessages::kByteLengthOverflow);
+    error = WriterMessages::kDocumentTooLong;
+    return false;
 }
 
 IWriterConfig& ZKLWriterImpl::GetConfig() {
     return ZWriterConfig::Instance();
+}
+
+std::unique_ptr<IWriterConfig> ZKLWriterImpl::CreateConfig() {
+    return std::make_unique<ZWriterConfig>();
 }
 
 }  // namespace Korvel

@@ -24,14 +24,23 @@ public:
     IWriterConfig& GetConfig() override;
     uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
                          std::string& error) override;
+    std::unique_ptr<IWriterConfig> CreateConfig() override;
+    uint32_t WriteToString(const IEcu& ecu, std::string& text, const char* encoding,
+                           const IWriterConfig& config, std::string& error) override;
+    uint32_t WriteToFile(const IEcu& ecu, const char* fileName, const char* encoding,
+                         const IWriterConfig& config, std::string& error) override;
 
     // Writes the whole document of `ecu` on `out`: the declaration when `encoding` is not
     // empty, then the ECU with every open element closed. Throws on a failure of the stream
     // or of a conversion; a stream that fails stops the write at the next line.
     static void WriteDocument(const IEcu& ecu, std::ostream& out, const char* encoding,
-                              IWriterConfig& config);
+                              const IWriterConfig& config);
 
 private:
+    // True when a document of `length` bytes can be reported; else the debug text, `error`
+    // and false.
+    bool FitsResult(uint64_t length, std::string& error) const;
+
     uint64_t m_maxLength;
 };
 

@@ -82,6 +82,35 @@ bool ZStringEncodingHelper::EscapesLetters() const {
     return false;
 }
 
+bool ZStringEncodingHelper::Carries(char32_t /*c*/) const {
+    return true;
+}
+
+char32_t ZStringEncodingHelper::FirstUncarried(const char* text) const {
+    if (text == nullptr) {
+        return 0;
+    }
+    const std::size_t length = std::strlen(text);
+    // Every output encoding carries ASCII, and only non-ASCII text needs the transcoder.
+    if (IsAscii(text, length)) {
+        return 0;
+    }
+    const Platform::WideString wide = Platform::Utf8ToUtf16(text, length);
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        char32_t c = static_cast<char32_t>(wide[i]);
+        const bool pair = c >= 0xD800 && c <= 0xDBFF && i + 1 < wide.size() && wide[i + 1] >= 0xDC00 &&
+                          wide[i + 1] <= 0xDFFF;
+        if (pair) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (static_cast<char32_t>(wide[i + 1]) - 0xDC00);
+            ++i;
+        }
+        if (c >= 0x80 && !Carries(c)) {
+            return c;
+        }
+    }
+    return 0;
+}
+
 std::string ZStringEncodingHelper::FromUtf16(const Platform::WideString& text) const {
     return Platform::Utf16ToUtf8(text);
 }

@@ -6,4 +6,8 @@ std::string ZStringEncodingHelperWin1252::FromUtf16(const Platform::WideString& 
     return Platform::Utf16ToWindows1252(text);
 }
 
+bool ZStringEncodingHelperWin1252::Carries(char32_t c) const {
+    return Platform::Windows1252HasCharacter(c);
+}
+
 }  // namespace Korvel

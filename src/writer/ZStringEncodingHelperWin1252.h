@@ -9,6 +9,7 @@ namespace Korvel {
 class ZStringEncodingHelperWin1252 : public ZStringEncodingHelper {
 protected:
     std::string FromUtf16(const Platform::WideString& text) const override;
+    bool Carries(char32_t c) const override;
 };
 
 }  // namespace Korvel

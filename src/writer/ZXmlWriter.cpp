@@ -1,12 +1,15 @@
 #include "writer/ZXmlWriter.h"
 
+#include "writer/WriterMessages.h"
+#include "writer/ZStringEncodingHelperLatin1.h"
 #include "writer/ZStringEncodingHelperUtf8.h"
-#include "writer/ZStringEncodingHelperWin1252.h"
 
 #include <ZeKL/IEcu.h>
 
 #include <charconv>
+#include <cstdio>
 #include <ios>
+#include <stdexcept>
 
 namespace Korvel {
 
@@ -16,10 +19,36 @@ std::unique_ptr<ZStringEncodingHelper> MakeEncodingHelper(const std::string& enc
     if (encoding == "utf-8") {
         return std::make_unique<ZStringEncodingHelperUtf8>();
     }
-    if (encoding == "Windows-1252" || encoding == "iso-8859-1") {
+    if (encoding == "Windows-1252") {
         return std::make_unique<ZStringEncodingHelperWin1252>();
     }
+    if (encoding == "iso-8859-1") {
+        return std::make_unique<ZStringEncodingHelperLatin1>();
+    }
     return std::make_unique<ZStringEncodingHelper>();
+}
+
+// "'Ω' (U+03A9)"; a control character only by its number.
+std::string CharacterName(char32_t c) {
+    char number[16];
+    std::snprintf(number, sizeof number, "U+%04X", static_cast<unsigned>(c));
+    if (c < 0xA0) {
+        return number;
+    }
+    std::string utf8;
+    if (c < 0x800) {
+        utf8 += static_cast<char>(0xC0 | (c >> 6));
+    } else {
+        if (c < 0x10000) {
+            utf8 += static_cast<char>(0xE0 | (c >> 12));
+        } else {
+            utf8 += static_cast<char>(0xF0 | (c >> 18));
+            utf8 += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        }
+        utf8 += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    }
+    utf8 += static_cast<char>(0x80 | (c & 0x3F));
+    return "'" + utf8 + "' (" + number + ")";
 }
 
 // Fixed indents of the lines that do not follow the closing stack.
@@ -33,11 +62,13 @@ constexpr std::size_t kMessageDepth = 2;
 
 }  // namespace
 
-ZXmlWriter::ZXmlWriter(std::ostream& out, const char* encoding, IWriterConfig& config)
+ZXmlWriter::ZXmlWriter(std::ostream& out, const char* encoding, const IWriterConfig& config)
     : m_out(out),
       m_encoding(encoding != nullptr ? encoding : ""),
       m_helper(MakeEncodingHelper(m_encoding)),
-      m_config(config) {
+      m_config(config),
+      m_encodeAllValues(config.GetEncodeAllValues()),
+      m_refuseUncarried(config.GetRefuseUncarriedCharacters()) {
     m_line.reserve(256);
 }
 
@@ -131,11 +162,12 @@ void ZXmlWriter::WalkNrcContainer(const INrcContainer& item) {
 }
 
 void ZXmlWriter::TraverseNrcItem(const INrcItem& item) {
+    m_item = {ItemKind::Nrc, "", item.GetCode()};
     BeginLine(kMapIndent);
     AppendLiteral("<MAP nrc=\"");
     AppendUnsigned(item.GetCode());
     AppendLiteral("\" text=\"");
-    AppendEncoded(item.GetText());
+    AppendEncoded(item.GetText(), "text");
     // No blank before "/>" here, unlike the text-table maps: both forms are kept as they are
     // because existing documents and the tools comparing them hold exactly these.
     AppendLiteral("\"/>");
@@ -158,9 +190,11 @@ void ZXmlWriter::WalkConversionContainer(const IConversionContainer& item) {
 void ZXmlWriter::TraverseConversion(const IConversion& item) {
     CloseToDepth(kSectionDepth);
     const bool hasTable = item.HasTextTable();
+    m_conversionId = item.GetId();
+    m_item = {ItemKind::Conversion, m_conversionId};
     BeginLine(kConversionIndent);
     AppendLiteral("<CONVERSION id=\"");
-    AppendText(item.GetId());
+    AppendValue(m_conversionId, "id");
     AppendLiteral("\" factor=\"");
     AppendFixed(item.GetFactor());
     AppendLiteral("\" offset=\"");
@@ -193,11 +227,12 @@ void ZXmlWriter::WalkTextTable(const ITextTable& item) {
 }
 
 void ZXmlWriter::TraverseTextTableElement(const ITextTableElement& item) {
+    m_item = {ItemKind::TableEntry, item.GetValue()};
     BeginLine(kMapIndent);
     AppendLiteral("<MAP val=\"");
-    AppendText(item.GetValue());
+    AppendValue(item.GetValue(), "val");
     AppendLiteral("\" text=\"");
-    AppendEncoded(item.GetText());
+    AppendEncoded(item.GetText(), "text");
     AppendLiteral("\" />");
     EndLine();
 }
@@ -217,9 +252,11 @@ void ZXmlWriter::WalkInstanceContainer(const IInstanceContainer& item) {
 
 void ZXmlWriter::TraverseInstance(const IInstance& item) {
     CloseToDepth(kSectionDepth);
+    m_instanceId = item.GetId();
+    m_item = {ItemKind::Instance, m_instanceId};
     m_line.clear();
     AppendLiteral("<INSTANCE id=\"");
-    AppendText(item.GetId());
+    AppendValue(m_instanceId, "id");
     AppendLiteral("\">");
     WriteOpeningLine(nullptr, "</INSTANCE>");
     WalkInstance(item);
@@ -244,6 +281,7 @@ void ZXmlWriter::WalkInstance(const IInstance& item) {
 }
 
 void ZXmlWriter::TraverseRequest(const IRequest& item) {
+    m_messageName = "request";
     WriteMessage("<REQUEST>", "</REQUEST>");
     WalkRequest(item);
 }
@@ -253,6 +291,7 @@ void ZXmlWriter::WalkRequest(const IRequest& item) {
 }
 
 void ZXmlWriter::TraversePosResponse(const IPosResponse& item) {
+    m_messageName = "response";
     WriteMessage("<RESPONSE>", "</RESPONSE>");
     WalkPosResponse(item);
 }
@@ -262,6 +301,7 @@ void ZXmlWriter::WalkPosResponse(const IPosResponse& item) {
 }
 
 void ZXmlWriter::TraverseNegResponse(const INegResponse& item) {
+    m_messageName = "negative response";
     WriteMessage("<NEGATIVE_RESPONSE>", "</NEGATIVE_RESPONSE>");
     WalkNegResponse(item);
 }
@@ -271,23 +311,24 @@ void ZXmlWriter::WalkNegResponse(const INegResponse& item) {
 }
 
 void ZXmlWriter::TraverseParam(const IParam& item) {
+    m_item = {ItemKind::Param, item.GetId()};
     BeginLine(kParamIndent);
     AppendLiteral("<PARAMETER id=\"");
-    AppendText(item.GetId());
+    AppendValue(item.GetId(), "id");
     AppendLiteral("\" bitPos=\"");
     AppendUnsigned(item.GetBitPos());
     AppendLiteral("\" bitLen=\"");
     AppendUnsigned(item.GetBitLength());
     AppendLiteral("\" type=\"");
-    AppendText(item.GetDataTypeName());
+    AppendValue(item.GetDataTypeName(), "type");
     AppendLiteral("\" unit=\"");
-    AppendText(item.GetUnit());
+    AppendValue(item.GetUnit(), "unit");
     AppendLiteral("\" value=\"");
-    AppendText(item.GetValue());
+    AppendValue(item.GetValue(), "value");
     AppendLiteral("\" semantics=\"");
-    AppendText(item.GetSemantics());
+    AppendValue(item.GetSemantics(), "semantics");
     AppendLiteral("\" convId=\"");
-    AppendText(item.GetConvId());
+    AppendValue(item.GetConvId(), "convId");
     AppendLiteral("\"/>");
     EndLine();
 }
@@ -374,9 +415,49 @@ void ZXmlWriter::AppendText(const char* text) {
     }
 }
 
-void ZXmlWriter::AppendEncoded(const char* text) {
-    EncodeValue(text, m_encoded);
+void ZXmlWriter::AppendValue(const char* text, const char* attribute) {
+    if (m_encodeAllValues) {
+        AppendEncoded(text, attribute);
+    } else {
+        AppendText(text);
+    }
+}
+
+void ZXmlWriter::AppendEncoded(const char* text, const char* attribute) {
+    try {
+        if (m_refuseUncarried) {
+            if (const char32_t c = m_helper->FirstUncarried(text)) {
+                throw std::runtime_error(Describe(attribute) + WriterMessages::kHolds + CharacterName(c) +
+                                         WriterMessages::kWhich + m_encoding + WriterMessages::kCannotCarry);
+            }
+        }
+        EncodeValue(text, m_encoded);
+    } catch (const Platform::TranscodeError&) {
+        throw std::runtime_error(Describe(attribute) + WriterMessages::kNotUtf8);
+    }
     m_line += m_encoded;
+}
+
+std::string ZXmlWriter::Describe(const char* attribute) const {
+    const std::string text = std::string("the ") + attribute + " of ";
+    const auto quoted = [](const char* name) { return "'" + std::string(name != nullptr ? name : "") + "'"; };
+    const std::string id = quoted(m_item.id);
+    switch (m_item.kind) {
+        case ItemKind::Nrc:
+            return text + "NRC " + std::to_string(m_item.code);
+        case ItemKind::Conversion:
+            return text + "conversion " + id;
+        case ItemKind::TableEntry:
+            return text + "entry " + id + " of conversion " + quoted(m_conversionId);
+        case ItemKind::Instance:
+            return text + "instance " + id;
+        case ItemKind::Param:
+            return text + "parameter " + id + " in the " + m_messageName + " of instance " +
+                   quoted(m_instanceId);
+        case ItemKind::None:
+            break;
+    }
+    return text + "the document";
 }
 
 void ZXmlWriter::AppendUnsigned(uint32_t value) {

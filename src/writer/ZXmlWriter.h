@@ -19,9 +19,10 @@ namespace Korvel {
 class ZXmlWriter : public ZDefaultConstModelItemTraverser, public IConstModelItemVisitor {
 public:
     // Chooses the encoding helper from `encoding` (null counts as empty): "utf-8" the UTF-8
-    // helper, "Windows-1252" and "iso-8859-1" the code page 1252 helper, any other name the
-    // base helper. Names are compared exactly.
-    ZXmlWriter(std::ostream& out, const char* encoding, IWriterConfig& config);
+    // helper, "Windows-1252" the code page 1252 helper, "iso-8859-1" its Latin-1 form (the
+    // same bytes), any other name the base helper. Names are compared exactly. The switches of
+    // `config` are read here, once per write.
+    ZXmlWriter(std::ostream& out, const char* encoding, const IWriterConfig& config);
     // Closes whatever is still open; a stream failure at this point is swallowed, so callers
     // that need to know call CloseAll first.
     ~ZXmlWriter() override;
@@ -77,9 +78,17 @@ public:
     // Escapes `text` and converts it to the output encoding.
     virtual void EncodeValue(const char* text, std::string& out) const;
 
-    IWriterConfig& GetConfig() const { return m_config; }
+    const IWriterConfig& GetConfig() const { return m_config; }
 
 private:
+    // The item whose line is being built, so that a value it cannot write names its owner.
+    enum class ItemKind { None, Nrc, Conversion, TableEntry, Instance, Param };
+    struct Item {
+        ItemKind kind = ItemKind::None;
+        const char* id = "";  // the value for a table entry
+        uint32_t code = 0;    // the code of an NRC
+    };
+
     void CloseToDepth(std::size_t depth);
     // Starts the line buffer with `indent` blanks.
     void BeginLine(std::size_t indent);
@@ -95,14 +104,29 @@ private:
         m_line.append(text, N - 1);
     }
     void AppendText(const char* text);
-    void AppendEncoded(const char* text);
+    // An attribute value: through the encoding helper when the configuration says every value
+    // goes there, else as stored.
+    void AppendValue(const char* text, const char* attribute);
+    // A value through the encoding helper. Throws, naming the item and `attribute`, when the
+    // text is not UTF-8 or holds a character the encoding cannot carry and the configuration
+    // refuses those.
+    void AppendEncoded(const char* text, const char* attribute);
+    // "the unit of parameter 'X' in the response of instance 'Y'".
+    std::string Describe(const char* attribute) const;
     void AppendUnsigned(uint32_t value);
     void AppendFixed(double value);
 
     std::ostream& m_out;
     std::string m_encoding;
     std::unique_ptr<ZStringEncodingHelper> m_helper;
-    IWriterConfig& m_config;
+    const IWriterConfig& m_config;
+    const bool m_encodeAllValues;
+    const bool m_refuseUncarried;
+    Item m_item;
+    // Owners of the item being written; they point into the model, valid during the write.
+    const char* m_instanceId = "";
+    const char* m_messageName = "";
+    const char* m_conversionId = "";
     // Closing tags of the open elements, outermost first; its size is the current depth.
     std::deque<std::string> m_closing;
     std::string m_line;

@@ -45,6 +45,19 @@ int main() {
                   written.find("General reject") != std::string::npos,
               "GetKLWriter writes the ECU");
 
+        std::unique_ptr<Korvel::IWriterConfig> config = Korvel::GetKLWriter().CreateConfig();
+        config->SetEncodeAllValues(true);
+        config->SetRefuseUncarriedCharacters(true);
+        ecu->GetConversionContainer()->AddConversion("T_Formula", 1u, 1.0, 0.0);
+        std::string error;
+        Check(Korvel::GetKLWriter().WriteToString(*ecu, written, "Windows-1252", *config, error) > 0 &&
+                  error.empty(),
+              "a writer configuration of one's own writes the ECU");
+        ecu->GetNrcContainer()->AddNrc(uint8_t{0x99}, "\xCE\xA9");
+        Check(Korvel::GetKLWriter().WriteToString(*ecu, written, "Windows-1252", *config, error) == 0 &&
+                  error.find("U+03A9") != std::string::npos,
+              "it refuses a character Windows-1252 lacks, naming it");
+
         Korvel::IInstanceContainer* instances = ecu->GetInstanceContainer();
         Korvel::IInstance* instance = instances->GetInstance(instances->AddInstance("TesterPresent"));
         instance->CreateRequest()->AddParam("SID", 0, 8, "0x3E", "unsigned", "", "SID CONST", "");

@@ -1,6 +1,8 @@
 // zekl check: every message of a read, and the exit status it gives.
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "ToolRunner.h"
 
 using zekl_test::DataPath;
@@ -89,6 +91,83 @@ TEST(CheckCommand, LevelNamesAreAccepted) {
     const auto byName = RunTool({"check", "--level", "ERROR", path});
     EXPECT_EQ(byName.exitCode, 1);
     EXPECT_EQ(byName.out, AtBrokenParameter(path, kMissingBitLen));
+}
+
+TEST(CheckCommand, LevelNamesIgnoreLetterCase) {
+    const std::string path = DataPath("missing_parameter_attribute.xml");
+    for (const char* level : {"error", "Error", "2"}) {
+        const auto result = RunTool({"check", "--level", level, path});
+        EXPECT_EQ(result.exitCode, 1) << level;
+        EXPECT_EQ(result.out, AtBrokenParameter(path, kMissingBitLen)) << level;
+    }
+    for (const char* level : {"warn", "WARNING", "-l3"}) {
+        const auto result =
+            level[0] == '-' ? RunTool({"check", level, path}) : RunTool({"check", "--level", level, path});
+        EXPECT_EQ(result.out,
+                  AtBrokenParameter(path, kMissingBitLen) + AtBrokenParameter(path, kEmptyParameterElement))
+            << level;
+    }
+    const std::string unknown = DataPath("unknown_element.xml");
+    EXPECT_EQ(RunTool({"check", "--level", "info", unknown}).out,
+              unknown + ":5:2: INFO: ZXmlParser::startElement >> Unknown tag 'VARIANT'\n" + unknown +
+                  ": clean: no FATAL, ERROR or WARN message\n");
+}
+
+TEST(CheckCommand, JsonListsTheMessagesWithTheirLevels) {
+    const std::string path = DataPath("missing_parameter_attribute.xml");
+    const auto result = RunTool({"check", path, "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["file"], path);
+    EXPECT_EQ(json["read"], true);
+    EXPECT_TRUE(json["reason"].is_null());
+    EXPECT_EQ(json["errors"], 1);
+    EXPECT_EQ(json["warnings"], 1);
+    ASSERT_EQ(json["messages"].size(), 2u);
+    EXPECT_EQ(json["messages"][0]["level"], "ERROR");
+    EXPECT_EQ(json["messages"][0]["text"].get<std::string>() + "\n", std::string(kMissingBitLen).substr(7));
+    EXPECT_EQ(json["messages"][1]["level"], "WARN");
+    EXPECT_EQ(json["clean"], false);
+    for (const nlohmann::json& message : json["messages"]) {
+        EXPECT_EQ(message["line"], 8);
+        EXPECT_EQ(message["column"], 4);
+        EXPECT_EQ(message["path"],
+                  (nlohmann::json{
+                      {"instance", "EcuReset_HardReset"}, {"message", "REQUEST"}, {"parameter", "Broken"}}));
+    }
+    // The error line still goes to standard error.
+    EXPECT_EQ(zekl_test::Lines(result.err).size(), 1u);
+}
+
+TEST(CheckCommand, JsonOfARefusedDocumentSaysWhy) {
+    const auto result = RunTool({"check", DataPath("malformed.xml"), "--json", "--level", "1"});
+    EXPECT_EQ(result.exitCode, 1);
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["read"], false);
+    EXPECT_NE(json["reason"].get<std::string>().find("[Line 11, Column "), std::string::npos);
+    ASSERT_EQ(json["messages"].size(), 1u);
+    EXPECT_EQ(json["messages"][0]["level"], "FATAL");
+    EXPECT_EQ(json["messages"][0]["line"], 11);
+    EXPECT_EQ(json["messages"][0]["path"], nlohmann::json::object());
+}
+
+TEST(CheckCommand, JsonOfACleanDocument) {
+    const auto result = RunTool({"check", "--json", ExamplePath("uds_ecu.xml")});
+    EXPECT_EQ(result.exitCode, 0);
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["errors"], 0);
+    EXPECT_EQ(json["clean"], true);
+    EXPECT_EQ(json["messages"], nlohmann::json::array());
+}
+
+TEST(CheckCommand, ReadsStandardInput) {
+    const auto result = zekl_test::RunToolWithInput({"check", "-"}, DataPath("nrc_out_of_range.xml"));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(HasLine(result.out,
+                        "-:4:3: ERROR: TryGetValue >> Couldn't convert attribute #0 to BYTE, because the the "
+                        "configured value ('300') is to big!"))
+        << result.out;
+    EXPECT_EQ(result.err.rfind("zekl: standard input has 1 ERROR/FATAL message(s): ", 0), 0u) << result.err;
 }
 
 TEST(CheckCommand, UnknownElementIsInfoAndNoFailure) {

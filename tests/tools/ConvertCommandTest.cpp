@@ -58,10 +58,26 @@ TEST(ConvertCommand, EncodingOptionReencodesTheTexts) {
     EXPECT_EQ(ReadBytes(back), ReadBytes(ExamplePath("kwp_ecu.xml")));
 }
 
-TEST(ConvertCommand, Latin1NameIsWrittenIntoTheDeclaration) {
+// The KWP sample's table text has a dash, which iso-8859-1 lacks (a reader of that name takes
+// the byte 0x96 for a control character): the conversion is refused, naming the item.
+TEST(ConvertCommand, Latin1RefusesTheDashItCannotCarry) {
     TempDir dir;
     const std::string out = dir.Path("latin1.xml");
-    ASSERT_EQ(RunTool({"convert", ExamplePath("kwp_ecu.xml"), out, "-e", "ISO-8859-1"}).exitCode, 0);
+    const auto result = RunTool({"convert", ExamplePath("kwp_ecu.xml"), out, "-e", "ISO-8859-1"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err,
+              "zekl: cannot write '" + out +
+                  "': the text of entry '3' of conversion 'EngineState_ValueTable' holds '\xE2\x80\x93' "
+                  "(U+2013), which iso-8859-1 cannot carry\n");
+    EXPECT_FALSE(zekl_test::FileExists(out));
+}
+
+TEST(ConvertCommand, Latin1NameIsWrittenIntoTheDeclarationWhenForced) {
+    TempDir dir;
+    const std::string out = dir.Path("latin1.xml");
+    ASSERT_EQ(RunTool({"convert", ExamplePath("kwp_ecu.xml"), out, "-e", "ISO-8859-1", "--force"}).exitCode,
+              0);
     const std::string text = ReadBytes(out);
     EXPECT_EQ(text.rfind("<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>\n", 0), 0u);
     // The same helper writes both names, so only the declaration differs.
@@ -111,11 +127,36 @@ TEST(ConvertCommand, MissingInputCreatesNoOutput) {
     EXPECT_FALSE(zekl_test::FileExists(out));
 }
 
-TEST(ConvertCommand, DroppedElementsAreWarnedAbout) {
+// A read with ERROR messages dropped or changed something: the element of a parameter without
+// its bitLen, the NRC 300 that does not fit a byte. Converting it would lose that silently.
+TEST(ConvertCommand, ReadErrorsRefuseTheConversionNamingTheFirst) {
+    TempDir dir;
+    for (const char* name :
+         {"missing_parameter_attribute.xml", "nrc_out_of_range.xml", "duplicate_instance.xml"}) {
+        const std::string in = DataPath(name);
+        const std::string out = dir.Path(name);
+        zekl_test::WriteBytes(out, "keep me");
+        const auto result = RunTool({"convert", in, out});
+        EXPECT_EQ(result.exitCode, 1) << name;
+        EXPECT_TRUE(result.out.empty()) << result.out;
+        EXPECT_EQ(zekl_test::Lines(result.err).size(), 1u) << result.err;
+        EXPECT_EQ(result.err.rfind("zekl: '" + in + "' has ", 0), 0u) << result.err;
+        EXPECT_EQ(ReadBytes(out), "keep me") << name;
+    }
+    const auto nrc = RunTool({"convert", DataPath("nrc_out_of_range.xml"), dir.Path("nrc.xml")});
+    EXPECT_NE(nrc.err.find("1 ERROR/FATAL message(s): TryGetValue >> Couldn't convert attribute #0 to BYTE, "
+                           "because the the configured value ('300') is to big!"),
+              std::string::npos)
+        << nrc.err;
+    EXPECT_NE(nrc.err.find("(--force converts it all the same)\n"), std::string::npos) << nrc.err;
+}
+
+TEST(ConvertCommand, ForceWritesWhatWasReadWithAWarning) {
     TempDir dir;
     const std::string out = dir.Path("partial.xml");
-    const auto result = RunTool({"convert", DataPath("missing_parameter_attribute.xml"), out});
+    const auto result = RunTool({"convert", DataPath("missing_parameter_attribute.xml"), out, "--force"});
     EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(zekl_test::Lines(result.err).size(), 1u) << result.err;
     EXPECT_NE(result.err.find("zekl: warning: '"), std::string::npos) << result.err;
     const std::string text = ReadBytes(out);
     EXPECT_NE(text.find("id=\"SID\""), std::string::npos);
@@ -216,4 +257,117 @@ TEST(ConvertCommand, UnknownEncodingIsAUsageError) {
         "zekl: convert: unknown encoding 'utf-16' (use utf-8, Windows-1252 or iso-8859-1) (see 'zekl convert "
         "--help')\n");
     EXPECT_FALSE(zekl_test::FileExists(dir.Path("x.xml")));
+}
+
+// The unit °C used to be written as UTF-8 bytes under a Windows-1252 declaration and read back
+// as "Â°C". Every value now goes through the encoding: both samples come back as they were.
+TEST(ConvertCommand, UdsSampleSurvivesWindows1252AndBack) {
+    TempDir dir;
+    const std::string cp1252 = dir.Path("uds-1252.xml");
+    const std::string utf8 = dir.Path("uds-utf8.xml");
+    ASSERT_EQ(RunTool({"convert", ExamplePath("uds_ecu.xml"), cp1252, "--encoding", "Windows-1252"}).exitCode,
+              0);
+    EXPECT_NE(ReadBytes(cp1252).find("unit=\"\xB0"
+                                     "C\""),
+              std::string::npos);
+    const auto back = RunTool({"convert", cp1252, utf8, "--encoding", "utf-8"});
+    ASSERT_EQ(back.exitCode, 0) << back.err;
+    EXPECT_EQ(ReadBytes(utf8), ReadBytes(ExamplePath("uds_ecu.xml")));
+}
+
+TEST(ConvertCommand, KwpSampleSurvivesUtf8AndBack) {
+    TempDir dir;
+    const std::string utf8 = dir.Path("kwp-utf8.xml");
+    const std::string cp1252 = dir.Path("kwp-1252.xml");
+    const std::string utf8Again = dir.Path("kwp-utf8-again.xml");
+    ASSERT_EQ(RunTool({"convert", ExamplePath("kwp_ecu.xml"), utf8, "-e", "utf8"}).exitCode, 0);
+    ASSERT_EQ(RunTool({"convert", utf8, cp1252, "-e", "cp1252"}).exitCode, 0);
+    EXPECT_EQ(ReadBytes(cp1252), ReadBytes(ExamplePath("kwp_ecu.xml")));
+    ASSERT_EQ(RunTool({"convert", cp1252, utf8Again, "-e", "UTF-8"}).exitCode, 0);
+    EXPECT_EQ(ReadBytes(utf8Again), ReadBytes(utf8));
+}
+
+namespace {
+
+// A UDS document whose parameter has the given unit.
+std::string DocumentWithUnit(const std::string& unit) {
+    return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+           "<ECU protocol=\"UDS\">\n"
+           " <INSTANCE id=\"ReadResistance\">\n"
+           "  <RESPONSE>\n"
+           "   <PARAMETER id=\"Resistance\" bitPos=\"0\" bitLen=\"8\" type=\"unsigned\" unit=\"" +
+           unit +
+           "\" value=\"\" semantics=\"\" convId=\"\"/>\n"
+           "  </RESPONSE>\n"
+           " </INSTANCE>\n"
+           "</ECU>\n";
+}
+
+}  // namespace
+
+TEST(ConvertCommand, CharacterTheEncodingLacksIsRefusedNamingTheItem) {
+    TempDir dir;
+    const std::string in = dir.Path("ohm.xml");
+    const std::string out = dir.Path("ohm-1252.xml");
+    WriteBytes(in, DocumentWithUnit("k\xCE\xA9"));
+    const auto result = RunTool({"convert", in, out, "--encoding", "windows-1252"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "zekl: cannot write '" + out +
+                  "': the unit of parameter 'Resistance' in the response of instance 'ReadResistance' "
+                  "holds '\xCE\xA9' (U+03A9), which Windows-1252 cannot carry\n");
+    EXPECT_FALSE(zekl_test::FileExists(out));
+}
+
+TEST(ConvertCommand, ForceWritesAQuestionMarkForIt) {
+    TempDir dir;
+    const std::string in = dir.Path("ohm.xml");
+    const std::string out = dir.Path("ohm-1252.xml");
+    WriteBytes(in, DocumentWithUnit("k\xCE\xA9"));
+    const auto result = RunTool({"convert", in, out, "--encoding", "windows-1252", "--force"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(ReadBytes(out).find("unit=\"k?\""), std::string::npos);
+}
+
+TEST(ConvertCommand, MarkupInAnyValueIsEscaped) {
+    TempDir dir;
+    const std::string in = dir.Path("amp.xml");
+    const std::string out = dir.Path("amp-out.xml");
+    WriteBytes(in, DocumentWithUnit("N&amp;m &lt;x&gt;"));
+    ASSERT_EQ(RunTool({"convert", in, out}).exitCode, 0);
+    EXPECT_NE(ReadBytes(out).find("unit=\"N&amp;m &lt;x&gt;\""), std::string::npos) << ReadBytes(out);
+    const auto check = RunTool({"check", out});
+    EXPECT_EQ(check.exitCode, 0) << check.out << check.err;
+}
+
+TEST(ConvertCommand, StandardInputToStandardOutput) {
+    TempDir dir;
+    const auto result =
+        zekl_test::RunToolWithInput({"convert", "-", "-", "--encoding", "utf-8"}, ExamplePath("kwp_ecu.xml"));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_TRUE(result.err.empty()) << result.err;
+    WriteBytes(dir.Path("utf8.xml"), result.out);
+    const auto back = RunTool({"convert", dir.Path("utf8.xml"), "-", "-e", "windows-1252"});
+    EXPECT_EQ(back.exitCode, 0) << back.err;
+    EXPECT_EQ(back.out, ReadBytes(ExamplePath("kwp_ecu.xml")));
+}
+
+TEST(ConvertCommand, StandardInputKeepsItsDeclaredEncoding) {
+    TempDir dir;
+    const std::string out = dir.Path("kwp.xml");
+    const auto result = zekl_test::RunToolWithInput({"convert", "-", out}, ExamplePath("kwp_ecu.xml"));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(ReadBytes(out), ReadBytes(ExamplePath("kwp_ecu.xml")));
+    EXPECT_EQ(result.out,
+              "wrote '" + out + "': " + std::to_string(ReadBytes(out).size()) + " bytes, Windows-1252\n");
+}
+
+TEST(ConvertCommand, RefusedStandardInputIsNamed) {
+    const auto result = RunTool({"convert", "-", "-"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(
+        result.err,
+        "zekl: cannot read standard input: not a diagnostic description document (no <ECU element in its "
+        "first 5 lines)\n");
 }

@@ -220,3 +220,27 @@ TEST(DecodeCommand, KwpSample) {
     EXPECT_EQ(Row(result.out, "EngineState"), (Cells_{"EngineState", "5.0", "8", "0x02", "Running"}));
     EXPECT_NE(result.out.find("NRC 0x12 Sub-function not supported - invalid format\n"), std::string::npos);
 }
+
+TEST(DecodeCommand, DocumentFromStandardInput) {
+    const auto result = RunToolWithInput({"decode", "-", "62 01 00 0B B8"}, kUds);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(Row(result.out, "EngineSpeed"), (Cells_{"EngineSpeed", "3.0", "16", "0x0BB8", "750 rpm"}));
+}
+
+TEST(DecodeCommand, StandardInputCannotBeBothDocumentAndTrace) {
+    const auto result = RunToolWithInput({"decode", "-", "-"}, kUds);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err,
+              "zekl: decode: standard input cannot hold both the document and the messages (see 'zekl decode "
+              "--help')\n");
+}
+
+TEST(DecodeCommand, UsageMessagesNameTheOptions) {
+    EXPECT_EQ(RunTool({"decode", kUds, "--response", "62"}).err,
+              "zekl: decode: --response needs --instance (see 'zekl decode --help')\n");
+    EXPECT_EQ(RunTool({"decode", kUds, "-i", "X", "--response", "--negative", "62"}).err,
+              "zekl: decode: --response and --negative exclude each other (see 'zekl decode --help')\n");
+    EXPECT_EQ(RunTool({"decode", kUds}).err,
+              "zekl: decode: missing argument HEX (see 'zekl decode --help')\n");
+}

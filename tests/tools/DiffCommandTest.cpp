@@ -151,7 +151,16 @@ TEST(DiffCommand, ReadErrorsAreNotedAndTheModelsCompared) {
         RunTool({"diff", DataPath("duplicate_instance.xml"), DataPath("duplicate_instance.xml")});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out, "no differences\n");
-    EXPECT_NE(result.err.find("ERROR/FATAL message(s), compared as read"), std::string::npos) << result.err;
+    // One note for each side, naming the file and the first error.
+    const std::vector<std::string> notes = zekl_test::Lines(result.err);
+    ASSERT_EQ(notes.size(), 2u) << result.err;
+    for (const std::string& note : notes) {
+        EXPECT_EQ(note.rfind(
+                      "zekl: '" + DataPath("duplicate_instance.xml") + "' has 2 ERROR/FATAL message(s): ", 0),
+                  0u)
+            << note;
+        EXPECT_NE(note.find("; compared as read (see 'zekl check')"), std::string::npos) << note;
+    }
 }
 
 TEST(DiffCommand, UsageErrorsExitTwo) {

@@ -122,3 +122,15 @@ TEST(EncodeCommand, UsageErrorsExitTwo) {
     EXPECT_EQ(noEquals.err, "zekl: encode: 'ResetType' is not NAME=VALUE (see 'zekl encode --help')\n");
     EXPECT_EQ(RunTool({"encode", kUds, "EcuReset_HardReset", "--response", "--negative"}).exitCode, 2);
 }
+
+TEST(EncodeCommand, DocumentFromStandardInput) {
+    const auto result = zekl_test::RunToolWithInput(
+        {"encode", "-", "ReadDataByIdentifier_EngineSpeed", "--response", "EngineSpeed=750"}, kUds);
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "62 01 00 0B B8\n");
+}
+
+TEST(EncodeCommand, MissingInstanceIsNamed) {
+    EXPECT_EQ(RunTool({"encode", kUds}).err,
+              "zekl: encode: missing argument INSTANCE (see 'zekl encode --help')\n");
+}

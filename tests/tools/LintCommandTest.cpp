@@ -150,5 +150,5 @@ TEST(LintCommand, UsageErrors) {
               "zekl: lint: invalid severity 'fatal' (use error, warning or info) (see 'zekl lint --help')\n");
     EXPECT_EQ(RunTool({"lint"}).exitCode, 2);
     EXPECT_EQ(RunTool({"lint", "a.xml", "b.xml"}).exitCode, 2);
-    EXPECT_EQ(RunTool({"lint", "--json=yes", "a.xml"}).exitCode, 2);
+    EXPECT_EQ(RunTool({"lint", "a.xml", "--severity"}).exitCode, 2);
 }

@@ -1,6 +1,8 @@
 // zekl show: the instance list and one instance's parameter tables.
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "ToolRunner.h"
 
 using zekl_test::Cells;
@@ -212,4 +214,135 @@ TEST(ShowCommand, LayoutNeedsAnInstance) {
     const auto result = RunTool({"show", ExamplePath("uds_ecu.xml"), "--layout"});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_EQ(result.err, "zekl: show: --layout needs --instance (see 'zekl show --help')\n");
+}
+
+// What is shown lacks the elements the read dropped: the tool says so and exits 1.
+TEST(ShowCommand, ReadErrorsGiveAWarningAndExitOne) {
+    const std::string path = DataPath("missing_parameter_attribute.xml");
+    const auto result = RunTool({"show", path});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_FALSE(result.out.empty());
+    EXPECT_EQ(Lines(result.err).size(), 1u) << result.err;
+    EXPECT_EQ(result.err.rfind("zekl: warning: '" + path + "' has 1 ERROR/FATAL message(s): ", 0), 0u)
+        << result.err;
+    EXPECT_NE(result.err.find("; what is shown may lack what they concern (see 'zekl check')\n"),
+              std::string::npos);
+}
+
+TEST(ShowCommand, JsonListsTheInstances) {
+    const std::string path = DataPath("missing_conversion.xml");
+    const auto result = RunTool({"show", path, "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["file"], path);
+    const nlohmann::json& instances = json["instances"];
+    ASSERT_TRUE(instances.is_array());
+    bool found = false;
+    for (const nlohmann::json& instance : instances) {
+        if (instance["id"] == "ReadDataByIdentifier_OilLevel") {
+            found = true;
+            EXPECT_TRUE(instance["sid"].is_null());
+            EXPECT_TRUE(instance["request"].is_null());
+            EXPECT_EQ(instance["response"], 2);
+            EXPECT_EQ(instance["negative"], 0);
+        }
+    }
+    EXPECT_TRUE(found) << result.out;
+}
+
+TEST(ShowCommand, JsonListMatchesTheTable) {
+    const auto text = RunTool({"show", ExamplePath("uds_ecu.xml")});
+    const auto json = nlohmann::json::parse(RunTool({"show", ExamplePath("uds_ecu.xml"), "--json"}).out);
+    const auto lines = Lines(text.out);
+    ASSERT_EQ(json["instances"].size() + 1, lines.size());
+    for (std::size_t i = 0; i < json["instances"].size(); ++i) {
+        const nlohmann::json& instance = json["instances"][i];
+        EXPECT_EQ(Cells(lines[i + 1]),
+                  (Cells_{instance["id"].get<std::string>(), instance["sid"].get<std::string>(),
+                          std::to_string(instance["request"].get<int>()),
+                          std::to_string(instance["response"].get<int>()),
+                          std::to_string(instance["negative"].get<int>())}));
+    }
+}
+
+TEST(ShowCommand, JsonOfAnInstanceHasEachMessagesParameters) {
+    const auto result = RunTool(
+        {"show", ExamplePath("kwp_ecu.xml"), "--instance", "ReadDataByLocalIdentifier_EngineData", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["id"], "ReadDataByLocalIdentifier_EngineData");
+    ASSERT_EQ(json["response"].size(), 5u);
+    const nlohmann::json& state = json["response"][4];
+    EXPECT_EQ(state, nlohmann::json({{"id", "EngineState"},
+                                     {"byte", 5},
+                                     {"bitPos", 40},
+                                     {"bitLength", 8},
+                                     {"type", "unsigned"},
+                                     {"unit", ""},
+                                     {"semantics", ""},
+                                     {"conversion", {{"kind", "table"}, {"id", "EngineState_ValueTable"}}},
+                                     {"value", ""},
+                                     {"image", nullptr}}));
+    const nlohmann::json& sid = json["request"][0];
+    EXPECT_EQ(sid["value"], "0x21");
+    EXPECT_EQ(sid["image"], "21");
+    EXPECT_TRUE(sid["conversion"].is_null());
+}
+
+TEST(ShowCommand, JsonOfALayoutHasFieldsAndBits) {
+    const auto result = RunTool({"show", ExamplePath("uds_ecu.xml"), "--instance",
+                                 "ReadDataByIdentifier_MilStatus", "--layout", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const nlohmann::json json = nlohmann::json::parse(result.out);
+    const nlohmann::json& response = json["response"];
+    EXPECT_EQ(response["length"], 5);
+    ASSERT_EQ(response["fields"].size(), 4u);
+    EXPECT_EQ(response["fields"][3], nlohmann::json({{"key", "D"},
+                                                     {"id", "Reserved"},
+                                                     {"bitPos", 32},
+                                                     {"bitLength", 8},
+                                                     {"type", "none"},
+                                                     {"motorola", false},
+                                                     {"const", false},
+                                                     {"gap", true},
+                                                     {"problem", nullptr}}));
+    ASSERT_EQ(response["bytes"].size(), 5u);
+    EXPECT_EQ(response["bytes"][4], nlohmann::json::array({3, 3, 3, 3, 3, 3, 3, 3}));
+    EXPECT_EQ(response["bytes"][1], nlohmann::json::array({1, 1, 1, 1, 1, 1, 1, 1}));
+}
+
+TEST(ShowCommand, JsonOfALayoutMarksFreeAndOverlappingBits) {
+    zekl_test::TempDir dir;
+    const std::string path = dir.Path("overlap.xml");
+    zekl_test::WriteBytes(path,
+                          "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+                          "<ECU protocol=\"UDS\">\n"
+                          " <INSTANCE id=\"Packed\">\n"
+                          "  <REQUEST>\n"
+                          "   <PARAMETER id=\"A\" bitPos=\"0\" bitLen=\"4\" type=\"unsigned\" unit=\"\" "
+                          "value=\"\" semantics=\"\" convId=\"\"/>\n"
+                          "   <PARAMETER id=\"B\" bitPos=\"2\" bitLen=\"4\" type=\"unsigned\" unit=\"\" "
+                          "value=\"\" semantics=\"\" convId=\"\"/>\n"
+                          "  </REQUEST>\n"
+                          " </INSTANCE>\n"
+                          "</ECU>\n");
+    const auto json =
+        nlohmann::json::parse(RunTool({"show", path, "--instance", "Packed", "--layout", "--json"}).out);
+    EXPECT_EQ(json["request"]["bytes"][0], nlohmann::json::array({-1, -1, 1, 1, -2, -2, 0, 0}));
+    EXPECT_TRUE(json["response"].is_null());
+}
+
+TEST(ShowCommand, ReadsStandardInput) {
+    const auto result = zekl_test::RunToolWithInput(
+        {"show", "-", "--instance", "ReadMemoryByAddress_Calibration"}, ExamplePath("kwp_ecu.xml"));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(Row(Section(result.out, "REQUEST (3 parameters)"), "MemorySize"),
+              (Cells_{"MemorySize", "4", "32", "8", "unsigned", "-", "CONST", "-", "4", "04"}));
+}
+
+TEST(ShowCommand, UnknownInstanceOnStandardInputNamesIt) {
+    const auto result =
+        zekl_test::RunToolWithInput({"show", "-", "--instance", "Nothing"}, ExamplePath("kwp_ecu.xml"));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "zekl: no instance 'Nothing' in standard input (see 'zekl show -')\n");
 }

@@ -17,8 +17,6 @@
 
 namespace zekl_test {
 
-namespace {
-
 std::string ShellQuoted(const std::string& word) {
     std::string quoted = "'";
     for (char c : word) {
@@ -31,6 +29,25 @@ std::string ShellQuoted(const std::string& word) {
     return quoted + "'";
 }
 
+namespace {
+
+// Runs `command` (a shell command line without redirections of its own output) and captures
+// what it writes.
+ToolResult Capture(const std::string& command, const std::string& inputPath, int seconds) {
+    TempDir capture;
+    const std::string outPath = capture.Path("stdout");
+    const std::string errPath = capture.Path("stderr");
+    const std::string line = "timeout -s KILL " + std::to_string(seconds) + " " + command + " <" +
+                             ShellQuoted(inputPath) + " >" + ShellQuoted(outPath) + " 2>" +
+                             ShellQuoted(errPath);
+    const int status = std::system(line.c_str());
+    ToolResult result;
+    result.exitCode = (status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1;
+    result.out = ReadBytes(outPath);
+    result.err = ReadBytes(errPath);
+    return result;
+}
+
 }  // namespace
 
 ToolResult RunTool(const std::vector<std::string>& args, int seconds) {
@@ -38,20 +55,15 @@ ToolResult RunTool(const std::vector<std::string>& args, int seconds) {
 }
 
 ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath, int seconds) {
-    TempDir capture;
-    const std::string outPath = capture.Path("stdout");
-    const std::string errPath = capture.Path("stderr");
-    std::string command = "timeout -s KILL " + std::to_string(seconds) + " " + ShellQuoted(ZEKL_TOOL);
+    std::string command = ShellQuoted(ZEKL_TOOL);
     for (const std::string& arg : args) {
         command += " " + ShellQuoted(arg);
     }
-    command += " <" + ShellQuoted(inputPath) + " >" + ShellQuoted(outPath) + " 2>" + ShellQuoted(errPath);
-    const int status = std::system(command.c_str());
-    ToolResult result;
-    result.exitCode = (status != -1 && WIFEXITED(status)) ? WEXITSTATUS(status) : -1;
-    result.out = ReadBytes(outPath);
-    result.err = ReadBytes(errPath);
-    return result;
+    return Capture(command, inputPath, seconds);
+}
+
+ToolResult RunShell(const std::string& commandLine, int seconds) {
+    return Capture("sh -c " + ShellQuoted(commandLine), "/dev/null", seconds);
 }
 
 TempDir::TempDir() {

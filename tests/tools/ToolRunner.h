@@ -1,6 +1,7 @@
 // Runs the built zekl binary as a user would and captures what it prints.
 #pragma once
 
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,12 @@ ToolResult RunTool(const std::vector<std::string>& args, int seconds = 60);
 // The same with standard input read from a file.
 ToolResult RunToolWithInput(const std::vector<std::string>& args, const std::string& inputPath,
                             int seconds = 60);
+
+// Runs a shell command line (sh -c) with standard input from /dev/null and captures its output
+// like RunTool; killed after `seconds`.
+ToolResult RunShell(const std::string& commandLine, int seconds = 60);
+// A word quoted for the shell.
+std::string ShellQuoted(const std::string& word);
 
 // A fresh directory removed with its content when the object dies.
 class TempDir {
@@ -56,3 +63,15 @@ std::vector<std::string> Cells(const std::string& line);
 std::vector<std::string> Row(const std::string& table, const std::string& key);
 
 }  // namespace zekl_test
+
+// Ends the test when a program it needs is missing: a skip on a developer's machine, a
+// failure in CI (CI=true), where .ci/run installs every one of them.
+#define ZEKL_REQUIRE_PROGRAM(found, what)                  \
+    do {                                                   \
+        if (!(found)) {                                    \
+            if (std::getenv("CI") != nullptr) {            \
+                FAIL() << (what) << " is missing";         \
+            }                                              \
+            GTEST_SKIP() << (what) << " is not installed"; \
+        }                                                  \
+    } while (false)

@@ -103,3 +103,50 @@ TEST(Usage, ErrorsAreSingleLines) {
         EXPECT_EQ(result.err.rfind("zekl: ", 0), 0u) << result.err;
     }
 }
+
+TEST(Usage, HelpOfAnUnknownCommandIsAUsageError) {
+    const auto result = RunTool({"help", "frobnicate"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.out.empty());
+    EXPECT_EQ(result.err, "zekl: unknown command 'frobnicate' (see 'zekl --help')\n");
+}
+
+TEST(Usage, HelpAloneIsTheOverview) {
+    const auto result = RunTool({"help"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, RunTool({"--help"}).out);
+}
+
+// Every command that reads a document says that '-' is standard input.
+TEST(Usage, DocumentArgumentsOfferStandardInput) {
+    for (const char* command : {"info", "check", "show", "convert", "decode", "encode", "lint", "diff"}) {
+        const std::string help = RunTool({command, "--help"}).out;
+        EXPECT_NE(help.find("the description document; '-' reads it from standard input"), std::string::npos)
+            << command;
+        EXPECT_NE(help.find("  -h, --help "), std::string::npos) << command;
+    }
+}
+
+TEST(Usage, TheLastOfARepeatedOptionCounts) {
+    const auto result = RunTool(
+        {"check", "--level", "1", "--level", "2", zekl_test::DataPath("missing_parameter_attribute.xml")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(Lines(result.out).size(), 1u) << result.out;
+    EXPECT_NE(result.out.find(":8:4: ERROR: "), std::string::npos) << result.out;
+}
+
+TEST(Usage, DoubleDashEndsTheOptions) {
+    const auto result =
+        RunTool({"encode", zekl_test::ExamplePath("uds_ecu.xml"), "--", "EcuReset_HardReset"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.out, "11 01\n");
+}
+
+TEST(Usage, OptionValuesTakeEveryForm) {
+    const std::string path = zekl_test::DataPath("missing_parameter_attribute.xml");
+    const std::string expected = RunTool({"check", "--level", "2", path}).out;
+    EXPECT_EQ(RunTool({"check", "--level=2", path}).out, expected);
+    EXPECT_EQ(RunTool({"check", "-l", "2", path}).out, expected);
+    EXPECT_EQ(RunTool({"check", "-l2", path}).out, expected);
+    EXPECT_EQ(RunTool({"check", path, "-l", "error"}).out, expected);
+}

@@ -414,7 +414,7 @@ TEST(KLWriter_FileError, ModelThatCannotBeWrittenGivesTheConversionsReason) {
     ZKLWriterImpl writer;
     std::string error;
     EXPECT_EQ(writer.WriteToFile(*MakeEcuThatFailsToWrite(), target.c_str(), "utf-8", error), 0u);
-    EXPECT_EQ(error, "Invalid UTF-8 text");
+    EXPECT_EQ(error, "the text of NRC 153 is not valid UTF-8");
     EXPECT_TRUE(folder.Entries().empty());
 }
 

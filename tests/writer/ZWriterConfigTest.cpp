@@ -18,6 +18,20 @@ TEST(WriterConfig_Setting, KeepsTheValueSet) {
     EXPECT_EQ(config.GetSetting(), 3u);
 }
 
+TEST(WriterConfig_Switches, StartOffAndKeepTheValueSet) {
+    ZWriterConfig config;
+    EXPECT_FALSE(config.GetEncodeAllValues());
+    EXPECT_FALSE(config.GetRefuseUncarriedCharacters());
+    config.SetEncodeAllValues(true);
+    EXPECT_TRUE(config.GetEncodeAllValues());
+    EXPECT_FALSE(config.GetRefuseUncarriedCharacters());
+    config.SetRefuseUncarriedCharacters(true);
+    config.SetEncodeAllValues(false);
+    EXPECT_FALSE(config.GetEncodeAllValues());
+    EXPECT_TRUE(config.GetRefuseUncarriedCharacters());
+    EXPECT_EQ(config.GetSetting(), 0u);
+}
+
 TEST(WriterConfig_Instance, IsOneObjectForTheProcess) {
     EXPECT_EQ(&ZWriterConfig::Instance(), &ZWriterConfig::Instance());
 }

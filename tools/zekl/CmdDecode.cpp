@@ -1,11 +1,11 @@
 #include <ZeKL/ZeKL.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
 #include "CodecOutput.h"
 #include "Commands.h"
 #include "Console.h"
@@ -15,10 +15,10 @@ namespace zekl {
 
 namespace {
 
-const char* const kDecodeHelp =
-    "Usage: zekl decode FILE HEX...\n"
-    "       zekl decode FILE --instance ID [--response|--negative] HEX...\n"
-    "\n"
+const CommandHelp kDecodeHelp = {
+    "decode", "recognise and decode diagnostic messages given in hex",
+    "zekl decode FILE HEX... [--json]\n"
+    "zekl decode FILE --instance ID [--response|--negative] HEX... [--json]",
     "Decodes diagnostic messages with the description FILE. Each HEX argument is one\n"
     "message, its bytes in hex with or without blanks (quote it when it has blanks:\n"
     "\"62 01 00 0B B8\"); a HEX of '-' reads one message per line from standard input (a\n"
@@ -37,22 +37,9 @@ const char* const kDecodeHelp =
     "  PROBLEM    what is wrong with the parameter (only when something is)\n"
     "followed by the problems of the message (data shorter than the message, trailing\n"
     "bytes) and the parameters' problems (beyond the data, constant mismatch, no table\n"
-    "entry, bad BCD digit, ...). An unknown conversion is a warning: the raw value stands.\n"
-    "\n"
-    "Options:\n"
-    "  --instance ID  decode the bytes as that instance's message without recognising\n"
-    "                 them (its request unless --response or --negative is given), e.g.\n"
-    "                 to see why a message does not match its constants\n"
-    "  --response     with --instance: its positive response\n"
-    "  --negative     with --instance: its negative response\n"
-    "  --json         one JSON array with an object per message: input, recognised,\n"
-    "                 instance, kind (request, response, negative), matches, length,\n"
-    "                 dataLength, clean, problem, requestSid, nrc and nrcText (negative\n"
-    "                 responses), params (id, bitPos, bitLength, byte, bit, type, raw,\n"
-    "                 physical, unit, problem; raw bytes as hex text)\n"
-    "\n"
+    "entry, bad BCD digit, ...). An unknown conversion is a warning: the raw value stands.\n",
     "Exit status: 0 when every message was recognised and decoded without an error,\n"
-    "1 when one was not (or the document cannot be read), 2 for a usage error.\n";
+    "1 when one was not (or the document cannot be read), 2 for a usage error.\n"};
 
 struct Input {
     std::string label;  // the bytes in hex, or the line that is not hex
@@ -99,9 +86,7 @@ std::vector<Input> CollectInputs(const std::vector<std::string>& words) {
         }
         Input input;
         std::string reason;
-        if (!ParseHexMessage(word, input.bytes, reason)) {
-            throw UsageError("decode", "HEX '" + word + "': " + reason);
-        }
+        ParseHexMessage(word, input.bytes, reason);  // checked with the other arguments
         input.label = HexBytes(input.bytes);
         inputs.push_back(std::move(input));
     }
@@ -188,77 +173,63 @@ struct DecodeTarget {
     uint32_t kind = Korvel::MessageKindRequest;
 };
 
-}  // namespace
+struct DecodeOptions {
+    std::string file;
+    std::vector<std::string> hex;
+    std::string instance;
+    MessageChoice message;
+    bool json = false;
+};
 
-int RunDecode(const Words& args) {
-    Arguments arguments(
-        "decode",
-        {{"instance", 'i', true}, {"response", 0, false}, {"negative", 0, false}, {"json", 0, false}}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kDecodeHelp, stdout);
-        return ExitSuccess;
-    }
-    const std::vector<std::string>& positionals = arguments.Positionals();
-    if (positionals.empty()) {
-        throw UsageError("decode", "missing argument FILE");
-    }
-    if (positionals.size() < 2) {
-        throw UsageError("decode", "missing argument HEX");
-    }
-    if (arguments.Has("response") && arguments.Has("negative")) {
-        throw UsageError("decode", "--response and --negative exclude each other");
-    }
-    if ((arguments.Has("response") || arguments.Has("negative")) && !arguments.Has("instance")) {
-        throw UsageError("decode", "--response and --negative need --instance");
-    }
-    const std::string path = positionals[0];
-    const std::vector<std::string> hexWords(positionals.begin() + 1, positionals.end());
-    // Arguments are checked before the document is read; a trace is read after it.
-    for (const std::string& word : hexWords) {
-        Korvel::ByteBuffer bytes;
-        std::string reason;
-        if (word != "-" && !ParseHexMessage(word, bytes, reason)) {
-            throw UsageError("decode", "HEX '" + word + "': " + reason);
-        }
-    }
-
-    Korvel::ReportCollector collector(Korvel::ReportLevelError);
+// Arguments are checked before the document is read; a trace ('-') is read after it.
+std::string NotAMessage(const std::string& word) {
+    Korvel::ByteBuffer bytes;
     std::string reason;
-    std::unique_ptr<Korvel::IEcu> ecu = ReadDocument(path, collector, reason);
-    if (!ecu) {
-        PrintError("cannot read " + Quoted(path) + ": " + reason);
-        return ExitDocumentProblem;
+    return word == "-" || ParseHexMessage(word, bytes, reason) ? std::string()
+                                                               : "HEX '" + word + "': " + reason;
+}
+
+void DefineDecode(CLI::App& app, DecodeOptions& options) {
+    AddDocumentArgument(app, options.file);
+    app.add_option("HEX", options.hex, "a message in hex; '-' reads one message a line from standard input")
+        ->required()
+        ->type_name("HEX")
+        ->check(Rule(NotAMessage));
+    CLI::Option* instance =
+        app.add_option("-i,--instance", options.instance,
+                       "decode the bytes as that instance's message without recognising them (its request "
+                       "unless --response or --negative is given), e.g. to see why a message does not match "
+                       "its constants")
+            ->type_name("ID");
+    AddMessageChoice(app, options.message, instance);
+    AddJsonFlag(app, options.json);
+}
+
+int Decode(const DecodeOptions& options) {
+    if (options.file == "-" && std::find(options.hex.begin(), options.hex.end(), "-") != options.hex.end()) {
+        throw UsageError("standard input cannot hold both the document and the messages");
     }
-    const std::unique_ptr<Korvel::ICodec> codec = Korvel::CreateCodec(*ecu);
-    if (!codec) {
-        PrintError("cannot decode with " + Quoted(path) + ": out of memory");
-        return ExitDocumentProblem;
-    }
-    ecu.reset();  // the codec keeps what it needs
+    Document document(options.file, Korvel::ReportLevelError);
+    const std::unique_ptr<Korvel::ICodec> codec = CompileCodec(document, "decode");
 
     DecodeTarget target;
-    if (arguments.Has("instance")) {
-        const std::string id = arguments.Value("instance");
+    if (!options.instance.empty()) {
+        const std::string& id = options.instance;
         target.given = true;
         target.instance = codec->FindInstance(id.c_str());
-        target.kind = arguments.Has("response")   ? Korvel::MessageKindPosResponse
-                      : arguments.Has("negative") ? Korvel::MessageKindNegResponse
-                                                  : Korvel::MessageKindRequest;
+        target.kind = options.message.Kind();
         if (target.instance == Korvel::InvalidIndex) {
-            PrintError("no instance " + Quoted(id) + " in " + Quoted(path) + " (see 'zekl show " + path +
-                       "')");
-            return ExitDocumentProblem;
+            throw document.NoInstance(id);
         }
         if (target.kind != Korvel::MessageKindNegResponse &&
             !codec->HasMessage(target.instance, target.kind)) {
-            PrintError("instance " + Quoted(id) + " has no " + KindName(target.kind));
-            return ExitDocumentProblem;
+            throw Failure("instance " + Quoted(id) + " has no " + KindName(target.kind));
         }
     }
 
-    const std::vector<Input> inputs = CollectInputs(hexWords);
-    const bool json = arguments.Has("json");
-    nlohmann::ordered_json all = nlohmann::ordered_json::array();
+    const std::vector<Input> inputs = CollectInputs(options.hex);
+    const bool json = options.json;
+    Json all = Json::array();
     Korvel::DecodedMessage message;
     bool allClean = true;
     bool first = true;
@@ -297,9 +268,15 @@ int RunDecode(const Words& args) {
         first = false;
     }
     if (json) {
-        WriteAll(stdout, JsonText(all));
+        PrintJson(all);
     }
     return allClean ? ExitSuccess : ExitDocumentProblem;
+}
+
+}  // namespace
+
+void AddDecodeCommand(Cli& cli) {
+    cli.Add(kDecodeHelp, DefineDecode, Decode);
 }
 
 }  // namespace zekl

@@ -1,8 +1,5 @@
 #include <ZeKL/ZeKL.h>
 
-#include <cstdio>
-
-#include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
 #include "Document.h"
@@ -12,9 +9,8 @@ namespace zekl {
 
 namespace {
 
-const char* const kDiffHelp =
-    "Usage: zekl diff A B [--order] [--json]\n"
-    "\n"
+const CommandHelp kDiffHelp = {
+    "diff", "what changed between two documents, matched by ids", "zekl diff A B [--order] [--json]",
     "Reads the description documents A (old) and B (new) and prints what changed from A\n"
     "to B, item by item: added, removed and changed instances, messages and parameters\n"
     "(each changed attribute with its old and new value), conversions (kind, factor,\n"
@@ -23,61 +19,71 @@ const char* const kDiffHelp =
     "order), so a reordered or reformatted document is equal to the original.\n"
     "\n"
     "The summary lists the protocol, NRCs and conversions first, then each instance with\n"
-    "its changes indented below it; '+' added, '-' removed, '~' changed, '>' moved.\n"
-    "\n"
-    "Options:\n"
-    "  --order  report also items whose place among their siblings changed (the fewest\n"
-    "           moves that give the new order)\n"
-    "  --json   print one JSON object: before, after, equal and the differences (change,\n"
-    "           item, path, and attribute, before, after for a change or a move)\n"
-    "\n"
+    "its changes indented below it; '+' added, '-' removed, '~' changed, '>' moved. One of\n"
+    "A and B may be '-', standard input.\n",
     "Exit status: 0 when the documents are equal, 1 when they differ, 2 for a usage error\n"
-    "or when a document cannot be read (so that 1 always means a difference).\n";
+    "or when a document cannot be read (so that 1 always means a difference).\n"};
 
-constexpr int ExitCannotCompare = ExitUsage;
+struct DiffOptions {
+    std::string before;
+    std::string after;
+    bool order = false;
+    bool json = false;
+};
 
-std::unique_ptr<Korvel::IEcu> ReadForDiff(const std::string& path) {
-    Korvel::ReportCollector collector(Korvel::ReportLevelError);
-    std::string reason;
-    std::unique_ptr<Korvel::IEcu> ecu = ReadDocument(path, collector, reason);
-    if (!ecu) {
-        PrintError("cannot read " + Quoted(path) + ": " + reason);
-    } else if (collector.GetErrorCount() != 0) {
-        // The model compared is what the reader kept; say that it left something out.
-        PrintError(Quoted(path) + " has " + std::to_string(collector.GetErrorCount()) +
-                   " ERROR/FATAL message(s), compared as read (see 'zekl check'): " + FirstError(collector));
+void DefineDiff(CLI::App& app, DiffOptions& options) {
+    AddDocumentArgument(app, options.before, "A");
+    AddDocumentArgument(app, options.after, "B");
+    app.add_flag("--order", options.order,
+                 "report also items whose place among their siblings changed (the fewest moves that give "
+                 "the new order)");
+    AddJsonFlag(app, options.json);
+}
+
+// Thrown when a document cannot be read: the comparison is then impossible, which is not a
+// difference (exit 2, as diff(1) gives).
+struct CannotCompare {};
+
+Korvel::IEcu& ReadForDiff(Document& document) {
+    if (!document.Load()) {
+        PrintError("cannot read " + document.Name() + ": " + document.Reason());
+        throw CannotCompare();
     }
-    return ecu;
+    if (document.HasErrors()) {
+        // The model compared is what the reader kept; say that it left something out.
+        PrintError(document.ErrorSummary() + "; compared as read (see 'zekl check')");
+    }
+    return document.Ecu();
+}
+
+int Diff(const DiffOptions& options) {
+    if (options.before == "-" && options.after == "-") {
+        throw UsageError("standard input can give only one of A and B");
+    }
+    try {
+        Document before(options.before, Korvel::ReportLevelError);
+        Document after(options.after, Korvel::ReportLevelError);
+        const Korvel::IEcu& old = ReadForDiff(before);
+        const Korvel::IEcu& now = ReadForDiff(after);
+        Korvel::DiffOptions diffOptions;
+        diffOptions.order = options.order;
+        std::vector<Korvel::DiffEntry> entries;
+        if (!Korvel::DiffEcus(old, now, diffOptions, entries)) {
+            PrintError("cannot compare " + before.Name() + " and " + after.Name() + ": out of memory");
+            return ExitUsage;
+        }
+        PrintResult(options.json, DifferencesJson(options.before, options.after, entries),
+                    DifferencesText(entries));
+        return entries.empty() ? ExitSuccess : ExitDocumentProblem;
+    } catch (const CannotCompare&) {
+        return ExitUsage;
+    }
 }
 
 }  // namespace
 
-int DiffDocuments(const std::string& before, const std::string& after, bool order, bool json) {
-    const std::unique_ptr<Korvel::IEcu> old = ReadForDiff(before);
-    const std::unique_ptr<Korvel::IEcu> now = old ? ReadForDiff(after) : nullptr;
-    if (!old || !now) {
-        return ExitCannotCompare;
-    }
-    Korvel::DiffOptions options;
-    options.order = order;
-    std::vector<Korvel::DiffEntry> entries;
-    if (!Korvel::DiffEcus(*old, *now, options, entries)) {
-        PrintError("cannot compare " + Quoted(before) + " and " + Quoted(after) + ": out of memory");
-        return ExitCannotCompare;
-    }
-    WriteAll(stdout, json ? DifferencesJson(before, after, entries) : DifferencesText(entries));
-    return entries.empty() ? ExitSuccess : ExitDocumentProblem;
-}
-
-int RunDiff(const Words& args) {
-    Arguments arguments("diff", {{"order", 0, false}, {"json", 0, false}}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kDiffHelp, stdout);
-        return ExitSuccess;
-    }
-    arguments.RequirePositionals({"A", "B"});
-    return DiffDocuments(arguments.Positionals()[0], arguments.Positionals()[1], arguments.Has("order"),
-                         arguments.Has("json"));
+void AddDiffCommand(Cli& cli) {
+    cli.Add(kDiffHelp, DefineDiff, Diff);
 }
 
 }  // namespace zekl

@@ -1,8 +1,5 @@
 #include <ZeKL/ZeKL.h>
 
-#include <cstdio>
-
-#include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
 #include "Document.h"
@@ -12,9 +9,9 @@ namespace zekl {
 
 namespace {
 
-const char* const kLintHelp =
-    "Usage: zekl lint FILE [--severity error|warning|info] [--json]\n"
-    "\n"
+const CommandHelp kLintHelp = {
+    "lint", "check a document's meaning: layouts, ids, types, conversions",
+    "zekl lint FILE [--severity error|warning|info] [--json]",
     "Reads the description document FILE and checks what it says beyond what the reader\n"
     "checks: parameters that overlap or leave holes, constants without a byte image,\n"
     "conversions that name nothing or that nothing uses, type names and semantics words\n"
@@ -26,25 +23,35 @@ const char* const kLintHelp =
     "\n"
     "where LINE and COLUMN are where the item's element starts and ITEM its path\n"
     "(Instance/RESPONSE/Parameter, conversion Id, nrc 16); a last line counts them or\n"
-    "says the document is clean. docs/lint.md describes every rule with an example.\n"
-    "\n"
-    "Options:\n"
-    "  --severity S  the least severity that fails the lint: error (default), warning or\n"
-    "                info; findings below it are printed but do not fail\n"
-    "  --json        print one JSON object: file, read, severity, failed, counts and the\n"
-    "                findings (rule, severity, line, column, path, text)\n"
-    "\n"
+    "says the document is clean. docs/lint.md describes every rule with an example.\n",
     "Exit status: 0 when no finding is at or above the severity, 1 when one is (or the\n"
-    "file cannot be read or is refused), 2 for a usage error.\n";
+    "file cannot be read or is refused), 2 for a usage error.\n"};
 
-Korvel::LintSeverity ParseSeverity(const std::string& text) {
+struct LintOptions {
+    std::string file;
+    std::string severity = "error";
+    bool json = false;
+};
+
+void DefineLint(CLI::App& app, LintOptions& options) {
+    AddDocumentArgument(app, options.file);
+    app.add_option("-s,--severity", options.severity,
+                   "the least severity that fails the lint: error (the default), warning or info, in any "
+                   "letter case; findings below it are printed but do not fail")
+        ->type_name("SEVERITY")
+        ->transform(Choice({{"error", "error"}, {"warning", "warning"}, {"info", "info"}}, "invalid severity",
+                           "use error, warning or info"));
+    AddJsonFlag(app, options.json);
+}
+
+Korvel::LintSeverity SeverityNamed(const std::string& name) {
     for (Korvel::LintSeverity severity :
          {Korvel::LintSeverity::Error, Korvel::LintSeverity::Warning, Korvel::LintSeverity::Info}) {
-        if (text == Korvel::LintSeverityName(severity)) {
+        if (name == Korvel::LintSeverityName(severity)) {
             return severity;
         }
     }
-    throw UsageError("lint", "invalid severity '" + text + "' (use error, warning or info)");
+    return Korvel::LintSeverity::Error;
 }
 
 // Severities are ordered from Error (0) to Info (2): "at or above" is "at most" in numbers.
@@ -57,34 +64,27 @@ bool Fails(const std::vector<Korvel::LintFinding>& findings, Korvel::LintSeverit
     return false;
 }
 
-}  // namespace
-
-int LintDocument(const std::string& path, Korvel::LintSeverity threshold, bool json) {
-    std::string reason;
-    if (!IsReadableDocument(path, reason)) {
-        PrintError("cannot read " + Quoted(path) + ": " + reason);
-        return ExitDocumentProblem;
-    }
+int Lint(const LintOptions& options) {
+    Document document(options.file, Korvel::ReportLevelError);
     std::vector<Korvel::LintFinding> findings;
-    const bool read = Korvel::LintFile(path.c_str(), findings);
+    const bool read = document.Lint(findings);
+    if (!read && findings.empty()) {
+        throw Failure("cannot read " + document.Name() + ": " + document.Reason());
+    }
+    const Korvel::LintSeverity threshold = SeverityNamed(options.severity);
     const bool failed = !read || Fails(findings, threshold);
-    WriteAll(stdout, json ? FindingsJson(path, read, Korvel::LintSeverityName(threshold), failed, findings)
-                          : FindingsText(path, findings));
+    PrintResult(options.json, FindingsJson(options.file, read, options.severity, failed, findings),
+                FindingsText(options.file, findings));
     if (!read) {
-        PrintError("cannot read " + Quoted(path) + ": the document was refused");
+        throw Failure("cannot read " + document.Name() + ": the document was refused");
     }
     return failed ? ExitDocumentProblem : ExitSuccess;
 }
 
-int RunLint(const Words& args) {
-    Arguments arguments("lint", {{"severity", 's', true}, {"json", 0, false}}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kLintHelp, stdout);
-        return ExitSuccess;
-    }
-    const Korvel::LintSeverity threshold = ParseSeverity(arguments.Value("severity", "error"));
-    arguments.RequirePositionals({"FILE"});
-    return LintDocument(arguments.Positionals()[0], threshold, arguments.Has("json"));
+}  // namespace
+
+void AddLintCommand(Cli& cli) {
+    cli.Add(kLintHelp, DefineLint, Lint);
 }
 
 }  // namespace zekl

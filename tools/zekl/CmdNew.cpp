@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "Arguments.h"
 #include "Commands.h"
 #include "Console.h"
 #include "platform/File.h"
@@ -11,57 +10,41 @@ namespace zekl {
 
 namespace {
 
-const char* const kNewHelp =
-    "Usage: zekl new --protocol UDS|KWP [--nrc-table] [-o FILE]\n"
-    "\n"
+const CommandHelp kNewHelp = {
+    "new", "print or write an empty description document",
+    "zekl new --protocol UDS|KWP [--nrc-table] [-o FILE]",
     "Prints the smallest valid description document for a new ECU, or writes it to FILE.\n"
     "The text is exactly what the library's CreateXmlForEmptyEcu gives: a Windows-1252\n"
-    "declaration and CR LF line ends, without a line end after the last line.\n"
-    "\n"
-    "Options:\n"
-    "  --protocol UDS|KWP  diagnostic protocol of the ECU (required; any letter case)\n"
-    "  --nrc-table         include the protocol's default table of negative response codes\n"
-    "                      (40 codes for UDS, 24 for KWP)\n"
-    "  -o, --output FILE   write the document to FILE instead of standard output\n";
+    "declaration and CR LF line ends, without a line end after the last line.\n",
+    ""};
 
-int32_t ParseProtocol(const std::string& name) {
-    std::string upper = name;
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - 'a' + 'A');
-        }
-    }
-    if (upper == "UDS") {
-        return static_cast<int32_t>(Korvel::ProtocolUds);
-    }
-    if (upper == "KWP") {
-        return static_cast<int32_t>(Korvel::ProtocolKwp);
-    }
-    throw UsageError("new", "unknown protocol '" + name + "' (use UDS or KWP)");
+struct NewOptions {
+    std::string protocol;
+    bool nrcTable = false;
+    std::string output;
+};
+
+void DefineNew(CLI::App& app, NewOptions& options) {
+    app.add_option("-p,--protocol", options.protocol, "diagnostic protocol of the ECU, in any letter case")
+        ->required()
+        ->type_name("UDS|KWP")
+        ->transform(Choice({{"uds", "UDS"}, {"kwp", "KWP"}}, "unknown protocol", "use UDS or KWP"));
+    app.add_flag(
+        "--nrc-table", options.nrcTable,
+        "include the protocol's default table of negative response codes (40 codes for UDS, 24 for KWP)");
+    app.add_option("-o,--output", options.output, "write the document to FILE instead of standard output")
+        ->type_name("FILE");
 }
 
-}  // namespace
-
-int RunNew(const Words& args) {
-    Arguments arguments("new", {{"protocol", 'p', true}, {"nrc-table", 0, false}, {"output", 'o', true}},
-                        args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kNewHelp, stdout);
-        return ExitSuccess;
-    }
-    arguments.RequirePositionals({});
-    if (!arguments.Has("protocol")) {
-        throw UsageError("new", "missing option --protocol UDS|KWP");
-    }
-    const int32_t protocol = ParseProtocol(arguments.Value("protocol"));
-    const std::string document = CreateXmlForEmptyEcu(protocol, arguments.Has("nrc-table") ? 1 : 0);
-
-    if (arguments.Has("output")) {
-        const std::string path = arguments.Value("output");
+int New(const NewOptions& options) {
+    const int32_t protocol =
+        static_cast<int32_t>(options.protocol == "KWP" ? Korvel::ProtocolKwp : Korvel::ProtocolUds);
+    const std::string document = CreateXmlForEmptyEcu(protocol, options.nrcTable ? 1 : 0);
+    if (!options.output.empty()) {
         std::string reason;
-        if (!Korvel::Platform::ReplaceFileContents(path.c_str(), document.data(), document.size(), reason)) {
-            PrintError("cannot write " + Quoted(path) + ": " + reason);
-            return ExitDocumentProblem;
+        if (!Korvel::Platform::ReplaceFileContents(options.output.c_str(), document.data(), document.size(),
+                                                   reason)) {
+            throw Failure("cannot write " + Quoted(options.output) + ": " + reason);
         }
         return ExitSuccess;
     }
@@ -72,6 +55,12 @@ int RunNew(const Words& args) {
         std::fputc('\n', stdout);
     }
     return ExitSuccess;
+}
+
+}  // namespace
+
+void AddNewCommand(Cli& cli) {
+    cli.Add(kNewHelp, DefineNew, New);
 }
 
 }  // namespace zekl

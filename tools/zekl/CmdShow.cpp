@@ -1,20 +1,20 @@
 #include <ZeKL/ZeKL.h>
 
 #include <algorithm>
-#include <cstdio>
 
-#include "Arguments.h"
+#include "CodecOutput.h"
 #include "Commands.h"
 #include "Console.h"
 #include "Document.h"
+#include "JsonOutput.h"
 
 namespace zekl {
 
 namespace {
 
-const char* const kShowHelp =
-    "Usage: zekl show FILE [--instance ID [--layout]]\n"
-    "\n"
+const CommandHelp kShowHelp = {
+    "show", "list the service instances, or the parameters or layout of one",
+    "zekl show FILE [--instance ID [--layout]] [--json]",
     "Without --instance: one line per service instance with the number of parameters of\n"
     "its request, positive response and negative response ('-' when it has none) and the\n"
     "request's service id byte(s).\n"
@@ -36,89 +36,150 @@ const char* const kShowHelp =
     "that covers it, so that gaps (blank) and overlaps (*) show at a glance. A parameter of\n"
     "L bits at bit position P covers the bits that the codec reads: ceil((P % 8 + L) / 8)\n"
     "bytes from byte P / 8, as one number in the parameter's byte order (MOTOROLA: first byte\n"
-    "most significant), from bit P % 8 up. The letters are explained below each grid.\n";
+    "most significant), from bit P % 8 up. The letters are explained below each grid.\n",
+    "Exit status: 0 success; 1 when the document cannot be read, has no such instance, or\n"
+    "its read had ERROR or FATAL messages (what is shown then lacks what was dropped; a\n"
+    "warning line says so); 2 for a usage error.\n"};
+
+const char* const kMessageNames[] = {"REQUEST", "RESPONSE", "NEGATIVE_RESPONSE"};
+
+struct ShowOptions {
+    std::string file;
+    std::string instance;
+    bool layout = false;
+    bool json = false;
+};
+
+void DefineShow(CLI::App& app, ShowOptions& options) {
+    AddDocumentArgument(app, options.file);
+    CLI::Option* instance =
+        app.add_option("-i,--instance", options.instance, "show the messages of the service instance ID")
+            ->type_name("ID");
+    app.add_flag("--layout", options.layout, "with --instance: each message as a grid of bytes and bits")
+        ->needs(instance);
+    AddJsonFlag(app, options.json);
+}
 
 std::string OrDash(const std::string& text) {
     return text.empty() ? "-" : text;
 }
 
-std::string CountCell(const Korvel::IMessage* message) {
-    return message != nullptr ? std::to_string(message->GetCount()) : "-";
+std::string DashForNull(const Json& value) {
+    return value.is_null() ? "-" : value.is_string() ? OrDash(value.get<std::string>()) : value.dump();
 }
 
-std::string ConversionCell(const Korvel::IParam& param) {
-    const std::string id = param.GetConvId();
-    if (id.empty()) {
-        return "-";
-    }
-    switch (param.GetConversionKind()) {
-        case static_cast<uint32_t>(Korvel::ConversionKind::Formula):
-            return "formula " + id;
-        case static_cast<uint32_t>(Korvel::ConversionKind::ValueTable):
-            return "table " + id;
-        case static_cast<uint32_t>(Korvel::ConversionKind::NotSet):
-            return "missing " + id;
-        default:
-            return "other " + id;
-    }
+Json CountOrNull(const Korvel::IMessage* message) {
+    return message != nullptr ? Json(message->GetCount()) : Json(nullptr);
 }
 
-std::string SidCell(Korvel::IInstance& instance) {
+Json SidOrNull(Korvel::IInstance& instance) {
     Korvel::IRequest* request = instance.GetRequest();
-    if (request == nullptr) {
-        return "-";
-    }
-    const Korvel::IParam* sid = request->GetSidParam();
-    return sid != nullptr ? OrDash(HexBytes(sid->GetValueImage())) : "-";
+    const Korvel::IParam* sid = request != nullptr ? request->GetSidParam() : nullptr;
+    return sid != nullptr ? TextOrNull(HexBytes(sid->GetValueImage())) : Json(nullptr);
 }
 
-std::string InstanceList(Korvel::IEcu& ecu) {
-    TextTable table({"INSTANCE", "SID", "REQUEST", "RESPONSE", "NEGATIVE_RESPONSE"});
-    Korvel::IInstanceContainer* instances = ecu.GetInstanceContainer();
-    for (uint32_t i = 0; i < instances->GetCount(); ++i) {
-        Korvel::IInstance* instance = instances->GetInstance(i);
-        if (instance == nullptr) {
-            continue;
+const char* ConversionKindName(uint32_t kind) {
+    switch (kind) {
+        case static_cast<uint32_t>(Korvel::ConversionKind::Formula):
+            return "formula";
+        case static_cast<uint32_t>(Korvel::ConversionKind::ValueTable):
+            return "table";
+        case static_cast<uint32_t>(Korvel::ConversionKind::NotSet):
+            return "missing";
+        default:
+            return "other";
+    }
+}
+
+Json ParamJson(const Korvel::IParam& param) {
+    uint32_t byteIndex = 0;
+    uint32_t bitOffset = 0;
+    uint32_t bitLength = 0;
+    param.GetBytePosition(byteIndex, bitOffset, bitLength);
+    const std::string convId = param.GetConvId();
+    return {{"id", param.GetId()},
+            {"byte", byteIndex},
+            {"bitPos", param.GetBitPos()},
+            {"bitLength", bitLength},
+            {"type", param.GetDataTypeName()},
+            {"unit", param.GetUnit()},
+            {"semantics", param.GetSemantics()},
+            {"conversion", convId.empty() ? Json(nullptr)
+                                          : Json({{"kind", ConversionKindName(param.GetConversionKind())},
+                                                  {"id", convId}})},
+            {"value", param.GetValue()},
+            {"image", TextOrNull(HexBytes(param.GetValueImage()))}};
+}
+
+Json ParamsJson(const Korvel::IMessage* message) {
+    if (message == nullptr) {
+        return nullptr;
+    }
+    Json params = Json::array();
+    for (uint32_t i = 0; i < message->GetCount(); ++i) {
+        if (const Korvel::IParam* param = message->GetParam(static_cast<int>(i))) {
+            params.push_back(ParamJson(*param));
         }
-        table.AddRow({instance->GetId(), SidCell(*instance), CountCell(instance->GetRequest()),
-                      CountCell(instance->GetPosResponse()), CountCell(instance->GetNegResponse())});
+    }
+    return params;
+}
+
+Json InstanceListJson(Korvel::IEcu& ecu) {
+    Json instances = Json::array();
+    Korvel::IInstanceContainer* container = ecu.GetInstanceContainer();
+    for (uint32_t i = 0; i < container->GetCount(); ++i) {
+        if (Korvel::IInstance* instance = container->GetInstance(i)) {
+            instances.push_back({{"id", instance->GetId()},
+                                 {"sid", SidOrNull(*instance)},
+                                 {"request", CountOrNull(instance->GetRequest())},
+                                 {"response", CountOrNull(instance->GetPosResponse())},
+                                 {"negative", CountOrNull(instance->GetNegResponse())}});
+        }
+    }
+    return instances;
+}
+
+std::string InstanceListText(const Json& instances) {
+    TextTable table({"INSTANCE", "SID", "REQUEST", "RESPONSE", "NEGATIVE_RESPONSE"});
+    for (const Json& instance : instances) {
+        table.AddRow({instance["id"].get<std::string>(), DashForNull(instance["sid"]),
+                      DashForNull(instance["request"]), DashForNull(instance["response"]),
+                      DashForNull(instance["negative"])});
     }
     return table.Render();
 }
 
-std::string MessageTable(const char* name, const Korvel::IMessage& message) {
-    std::string text = std::string(name) + " (" + std::to_string(message.GetCount()) + " parameters)\n";
+std::string ConversionCell(const Json& conversion) {
+    return conversion.is_null()
+               ? "-"
+               : conversion["kind"].get<std::string>() + " " + conversion["id"].get<std::string>();
+}
+
+std::string MessageTable(const char* name, const Json& params) {
+    std::string text = std::string(name) + " (" + std::to_string(params.size()) + " parameters)\n";
     TextTable table(
         {"PARAMETER", "BYTE", "BIT", "LEN", "TYPE", "UNIT", "SEMANTICS", "CONVERSION", "VALUE", "IMAGE"});
-    for (uint32_t i = 0; i < message.GetCount(); ++i) {
-        const Korvel::IParam* param = message.GetParam(static_cast<int>(i));
-        if (param == nullptr) {
-            continue;
-        }
-        uint32_t byteIndex = 0;
-        uint32_t bitOffset = 0;
-        uint32_t bitLength = 0;
-        param->GetBytePosition(byteIndex, bitOffset, bitLength);
-        table.AddRow({OrDash(param->GetId()), std::to_string(byteIndex), std::to_string(param->GetBitPos()),
-                      std::to_string(bitLength), OrDash(param->GetDataTypeName()), OrDash(param->GetUnit()),
-                      OrDash(param->GetSemantics()), ConversionCell(*param), OrDash(param->GetValue()),
-                      OrDash(HexBytes(param->GetValueImage()))});
+    for (const Json& param : params) {
+        table.AddRow({DashForNull(param["id"]), DashForNull(param["byte"]), DashForNull(param["bitPos"]),
+                      DashForNull(param["bitLength"]), DashForNull(param["type"]), DashForNull(param["unit"]),
+                      DashForNull(param["semantics"]), ConversionCell(param["conversion"]),
+                      DashForNull(param["value"]), DashForNull(param["image"])});
     }
     return text + table.Render();
 }
 
-std::string InstanceDetail(const Korvel::IInstance& instance) {
-    std::string text = std::string("INSTANCE ") + instance.GetId() + "\n";
-    if (instance.GetRequest() != nullptr) {
-        text += "\n" + MessageTable("REQUEST", *instance.GetRequest());
+// Each message of the instance, as JSON (under its kind key) and as tables.
+void InstanceDetail(const Korvel::IInstance& instance, Json& json, std::string& text) {
+    const Korvel::IMessage* const messages[] = {instance.GetRequest(), instance.GetPosResponse(),
+                                                instance.GetNegResponse()};
+    text = std::string("INSTANCE ") + instance.GetId() + "\n";
+    for (uint32_t kind = Korvel::MessageKindRequest; kind <= Korvel::MessageKindNegResponse; ++kind) {
+        const Json params = ParamsJson(messages[kind - 1]);
+        json[KindKey(kind)] = params;
+        if (!params.is_null()) {
+            text += "\n" + MessageTable(kMessageNames[kind - 1], params);
+        }
     }
-    if (instance.GetPosResponse() != nullptr) {
-        text += "\n" + MessageTable("RESPONSE", *instance.GetPosResponse());
-    }
-    if (instance.GetNegResponse() != nullptr) {
-        text += "\n" + MessageTable("NEGATIVE_RESPONSE", *instance.GetNegResponse());
-    }
-    return text;
 }
 
 std::string FieldLabel(std::size_t index) {
@@ -202,60 +263,75 @@ std::string LayoutGrid(const char* name, const Korvel::MessageLayout& layout) {
     return text;
 }
 
-std::string InstanceLayout(const Korvel::ICodec& codec, uint32_t instance) {
-    const char* const names[] = {"REQUEST", "RESPONSE", "NEGATIVE_RESPONSE"};
-    std::string text = std::string("INSTANCE ") + codec.GetInstanceId(instance) + "\n";
+Json LayoutJson(const Korvel::MessageLayout& layout) {
+    Json fields = Json::array();
+    for (std::size_t i = 0; i < layout.fields.size(); ++i) {
+        const Korvel::LayoutField& field = layout.fields[i];
+        fields.push_back({{"key", FieldLabel(i)},
+                          {"id", field.id},
+                          {"bitPos", field.bitPos},
+                          {"bitLength", field.bitLength},
+                          {"type", Korvel::GetDataModelUtils().DataTypeToName(field.type)},
+                          {"motorola", field.motorola},
+                          {"const", field.isConst},
+                          {"gap", field.isGap},
+                          {"problem", field.problem != Korvel::CodecProblem::None
+                                          ? Json(Korvel::CodecProblemText(field.problem))
+                                          : Json(nullptr)}});
+    }
+    Json bytes = Json::array();
+    for (uint32_t byte = 0; byte < layout.length; ++byte) {
+        Json bits = Json::array();
+        for (int bit = 7; bit >= 0; --bit) {
+            bits.push_back(layout.bitOwners[byte * 8 + static_cast<uint32_t>(bit)]);
+        }
+        bytes.push_back(std::move(bits));
+    }
+    return {{"length", layout.length}, {"fields", std::move(fields)}, {"bytes", std::move(bytes)}};
+}
+
+// The layout of each message of the instance, as JSON (under its kind key) and as grids.
+void InstanceLayout(const Korvel::ICodec& codec, uint32_t instance, Json& json, std::string& text) {
+    text = std::string("INSTANCE ") + codec.GetInstanceId(instance) + "\n";
     for (uint32_t kind = Korvel::MessageKindRequest; kind <= Korvel::MessageKindNegResponse; ++kind) {
         Korvel::MessageLayout layout;
-        if (codec.GetLayout(instance, kind, layout)) {
-            text += "\n" + LayoutGrid(names[kind - 1], layout);
+        const bool present = codec.GetLayout(instance, kind, layout);
+        json[KindKey(kind)] = present ? LayoutJson(layout) : Json(nullptr);
+        if (present) {
+            text += "\n" + LayoutGrid(kMessageNames[kind - 1], layout);
         }
     }
-    return text;
+}
+
+int Show(const ShowOptions& options) {
+    Document document(options.file, Korvel::ReportLevelError);
+    Korvel::IEcu& ecu = document.Require();
+    Json json = {{"file", document.Argument()}};
+    std::string text;
+    if (options.instance.empty()) {
+        json["instances"] = InstanceListJson(ecu);
+        text = InstanceListText(json["instances"]);
+    } else {
+        const Korvel::IInstance* instance = ecu.GetInstanceContainer()->GetInstance(options.instance.c_str());
+        if (instance == nullptr) {
+            throw document.NoInstance(options.instance);
+        }
+        json["id"] = options.instance;
+        if (options.layout) {
+            const std::unique_ptr<Korvel::ICodec> codec = CompileCodec(document, "lay out");
+            InstanceLayout(*codec, codec->FindInstance(options.instance.c_str()), json, text);
+        } else {
+            InstanceDetail(*instance, json, text);
+        }
+    }
+    PrintResult(options.json, json, text);
+    return document.ShownStatus();
 }
 
 }  // namespace
 
-int RunShow(const Words& args) {
-    Arguments arguments("show", {{"instance", 'i', true}, {"layout", 0, false}}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kShowHelp, stdout);
-        return ExitSuccess;
-    }
-    arguments.RequirePositionals({"FILE"});
-    if (arguments.Has("layout") && !arguments.Has("instance")) {
-        throw UsageError("show", "--layout needs --instance");
-    }
-    const std::string path = arguments.Positionals()[0];
-
-    Korvel::ReportCollector collector(Korvel::ReportLevelError);
-    std::string reason;
-    std::unique_ptr<Korvel::IEcu> ecu = ReadDocument(path, collector, reason);
-    if (!ecu) {
-        PrintError("cannot read " + Quoted(path) + ": " + reason);
-        return ExitDocumentProblem;
-    }
-    if (!arguments.Has("instance")) {
-        WriteAll(stdout, InstanceList(*ecu));
-        return ExitSuccess;
-    }
-    const std::string id = arguments.Value("instance");
-    const Korvel::IInstance* instance = ecu->GetInstanceContainer()->GetInstance(id.c_str());
-    if (instance == nullptr) {
-        PrintError("no instance " + Quoted(id) + " in " + Quoted(path) + " (see 'zekl show " + path + "')");
-        return ExitDocumentProblem;
-    }
-    if (arguments.Has("layout")) {
-        const std::unique_ptr<Korvel::ICodec> codec = Korvel::CreateCodec(*ecu);
-        if (!codec) {
-            PrintError("cannot lay out " + Quoted(id) + ": out of memory");
-            return ExitDocumentProblem;
-        }
-        WriteAll(stdout, InstanceLayout(*codec, codec->FindInstance(id.c_str())));
-        return ExitSuccess;
-    }
-    WriteAll(stdout, InstanceDetail(*instance));
-    return ExitSuccess;
+void AddShowCommand(Cli& cli) {
+    cli.Add(kShowHelp, DefineShow, Show);
 }
 
 }  // namespace zekl

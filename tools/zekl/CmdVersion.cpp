@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "Arguments.h"
 #include "Commands.h"
 
 #ifndef ZEKL_TOOL_VERSION
@@ -13,22 +12,18 @@ namespace zekl {
 
 namespace {
 
-const char* const kVersionHelp =
-    "Usage: zekl version\n"
-    "\n"
+const CommandHelp kVersionHelp = {
+    "version", "print the tool's and the library's version", "zekl version",
     "Prints the version of the tool, then the library's version text and its numeric\n"
     "version (major.minor.patch.build). The library's numeric version reports patch 0\n"
-    "while its text says 3.0.1; both are shown as the library gives them.\n";
+    "while its text says 3.0.1; both are shown as the library gives them.\n",
+    ""};
 
-}  // namespace
+struct VersionOptions {};
 
-int RunVersion(const Words& args) {
-    Arguments arguments("version", {}, args);
-    if (arguments.HelpRequested()) {
-        std::fputs(kVersionHelp, stdout);
-        return ExitSuccess;
-    }
-    arguments.RequirePositionals({});
+void DefineVersion(CLI::App& /*app*/, VersionOptions& /*options*/) {}
+
+int Version(const VersionOptions& /*options*/) {
     uint32_t major = 0;
     uint32_t minor = 0;
     uint32_t patch = 0;
@@ -38,6 +33,12 @@ int RunVersion(const Words& args) {
                 static_cast<unsigned>(major), static_cast<unsigned>(minor), static_cast<unsigned>(patch),
                 static_cast<unsigned>(build));
     return ExitSuccess;
+}
+
+}  // namespace
+
+void AddVersionCommand(Cli& cli) {
+    cli.Add(kVersionHelp, DefineVersion, Version);
 }
 
 }  // namespace zekl

@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "Cli.h"
 #include "Console.h"
+#include "Document.h"
 
 namespace zekl {
 
@@ -58,14 +60,14 @@ std::string QuotedText(const std::string& text) {
     return quoted + "\"";
 }
 
-nlohmann::ordered_json ProblemJson(Korvel::CodecProblem problem) {
+Json ProblemJson(Korvel::CodecProblem problem) {
     if (problem == Korvel::CodecProblem::None) {
         return nullptr;
     }
     return Korvel::CodecProblemText(problem);
 }
 
-nlohmann::ordered_json RawJson(const Korvel::DecodedParam& param) {
+Json RawJson(const Korvel::DecodedParam& param) {
     switch (param.rawKind) {
         case Korvel::CodecValueKind::Unsigned:
             return param.unsignedValue;
@@ -85,7 +87,7 @@ nlohmann::ordered_json RawJson(const Korvel::DecodedParam& param) {
     return nullptr;
 }
 
-nlohmann::ordered_json PhysicalJson(const Korvel::DecodedParam& param) {
+Json PhysicalJson(const Korvel::DecodedParam& param) {
     switch (param.physicalKind) {
         case Korvel::CodecValueKind::Real:
             return param.physical;
@@ -156,6 +158,25 @@ std::string KindKey(uint32_t kind) {
     return kind == Korvel::MessageKindNegResponse ? "negative" : KindName(kind);
 }
 
+uint32_t MessageChoice::Kind() const {
+    return response   ? Korvel::MessageKindPosResponse
+           : negative ? Korvel::MessageKindNegResponse
+                      : Korvel::MessageKindRequest;
+}
+
+void AddMessageChoice(CLI::App& app, MessageChoice& choice, CLI::Option* needs) {
+    CLI::Option* response = app.add_flag("--response", choice.response, "the instance's positive response");
+    CLI::Option* negative =
+        app.add_flag(
+               "--negative", choice.negative,
+               "the instance's negative response (7F, request SID, NRC when the instance describes none)")
+            ->excludes(response);
+    if (needs != nullptr) {
+        response->needs(needs);
+        negative->needs(needs);
+    }
+}
+
 std::string ShortestReal(double value) {
     char buffer[40];
     for (int precision = 1; precision <= 17; ++precision) {
@@ -209,16 +230,13 @@ std::string PhysicalCell(const Korvel::DecodedParam& param) {
     }
 }
 
-nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message,
-                                   bool recognised) {
-    nlohmann::ordered_json json;
+Json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message, bool recognised) {
+    Json json;
     json["input"] = input;
     json["recognised"] = recognised;
-    json["instance"] = message.instanceIndex != Korvel::InvalidIndex
-                           ? nlohmann::ordered_json(message.instanceId)
-                           : nlohmann::ordered_json(nullptr);
-    json["kind"] = message.messageKind != 0 ? nlohmann::ordered_json(KindKey(message.messageKind))
-                                            : nlohmann::ordered_json(nullptr);
+    json["instance"] =
+        message.instanceIndex != Korvel::InvalidIndex ? Json(message.instanceId) : Json(nullptr);
+    json["kind"] = message.messageKind != 0 ? Json(KindKey(message.messageKind)) : Json(nullptr);
     json["matches"] = message.matchCount;
     json["length"] = message.length;
     json["dataLength"] = message.dataLength;
@@ -229,9 +247,9 @@ nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::Decod
         json["nrc"] = message.nrc;
         json["nrcText"] = message.nrcText;
     }
-    nlohmann::ordered_json params = nlohmann::ordered_json::array();
+    Json params = Json::array();
     for (const Korvel::DecodedParam& param : message.params) {
-        nlohmann::ordered_json entry;
+        Json entry;
         entry["id"] = param.id;
         entry["bitPos"] = param.bitPos;
         entry["bitLength"] = param.bitLength;
@@ -248,8 +266,12 @@ nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::Decod
     return json;
 }
 
-std::string JsonText(const nlohmann::ordered_json& json) {
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+std::unique_ptr<Korvel::ICodec> CompileCodec(Document& document, const char* purpose) {
+    std::unique_ptr<Korvel::ICodec> codec = Korvel::CreateCodec(document.Require());
+    if (!codec) {
+        throw Failure(std::string("cannot ") + purpose + " with " + document.Name() + ": out of memory");
+    }
+    return codec;
 }
 
 }  // namespace zekl

@@ -4,9 +4,11 @@
 
 #include <ZeKL/ZeKL.h>
 
-#include <nlohmann/json.hpp>
-
+#include <memory>
 #include <string>
+
+#include "Cli.h"
+#include "JsonOutput.h"
 
 namespace zekl {
 
@@ -18,6 +20,15 @@ bool ParseHexMessage(const std::string& text, Korvel::ByteBuffer& bytes, std::st
 std::string KindName(uint32_t kind);
 // The short form used in JSON: "request", "response", "negative".
 std::string KindKey(uint32_t kind);
+// The message of an instance that --response and --negative choose.
+struct MessageChoice {
+    bool response = false;
+    bool negative = false;
+    // The kind chosen: the request when neither is given.
+    uint32_t Kind() const;
+};
+// Declares --response and --negative, which exclude each other; both need `needs` when given.
+void AddMessageChoice(CLI::App& app, MessageChoice& choice, CLI::Option* needs = nullptr);
 
 // The shortest text that reads back as the same double.
 std::string ShortestReal(double value);
@@ -30,11 +41,11 @@ std::string PhysicalNumber(double value);
 std::string RawCell(const Korvel::DecodedParam& param);
 std::string PhysicalCell(const Korvel::DecodedParam& param);
 
-// One decoded message as JSON (the keys are listed in the decode command's help).
-nlohmann::ordered_json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message,
-                                   bool recognised);
+// One decoded message as JSON (docs/json.md).
+Json DecodedJson(const std::string& input, const Korvel::DecodedMessage& message, bool recognised);
 
-// The text for JSON output: invalid UTF-8 in texts from messages is replaced, not refused.
-std::string JsonText(const nlohmann::ordered_json& json);
+class Document;
+// The codec of the document's ECU; throws Failure("cannot <purpose> with NAME: out of memory").
+std::unique_ptr<Korvel::ICodec> CompileCodec(Document& document, const char* purpose);
 
 }  // namespace zekl

@@ -1,39 +1,12 @@
 #include "Output.h"
 
-#include <nlohmann/json.hpp>
-
 #include <map>
 
-#include "Commands.h"
 #include "Document.h"
 
 namespace zekl {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-Json PathJson(const Korvel::ItemPath& path) {
-    Json object = Json::object();
-    const auto add = [&object](const char* name, const std::string& value) {
-        if (!value.empty()) {
-            object[name] = value;
-        }
-    };
-    add("instance", path.instance);
-    add("message", path.message);
-    add("parameter", path.parameter);
-    add("conversion", path.conversion);
-    add("entry", path.entry);
-    add("nrc", path.nrc);
-    return object;
-}
-
-// Texts from documents are UTF-8; anything else is written with replacement characters rather
-// than refused.
-std::string Dump(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 
 std::string Plural(size_t count, const char* one, const char* many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -121,8 +94,8 @@ std::string FindingsText(const std::string& path, const std::vector<Korvel::Lint
            "\n";
 }
 
-std::string FindingsJson(const std::string& path, bool read, const std::string& severity, bool failed,
-                         const std::vector<Korvel::LintFinding>& findings) {
+Json FindingsJson(const std::string& path, bool read, const std::string& severity, bool failed,
+                  const std::vector<Korvel::LintFinding>& findings) {
     const FindingCounts counts = CountFindings(findings);
     Json json;
     json["file"] = path;
@@ -134,12 +107,12 @@ std::string FindingsJson(const std::string& path, bool read, const std::string& 
     for (const Korvel::LintFinding& finding : findings) {
         json["findings"].push_back({{"rule", finding.rule},
                                     {"severity", Korvel::LintSeverityName(finding.severity)},
-                                    {"line", finding.line},
-                                    {"column", finding.column},
+                                    {"line", PlaceNumber(finding.line)},
+                                    {"column", PlaceNumber(finding.column)},
                                     {"path", PathJson(finding.path)},
                                     {"text", finding.text}});
     }
-    return Dump(json);
+    return json;
 }
 
 std::string DifferencesText(const std::vector<Korvel::DiffEntry>& entries) {
@@ -178,8 +151,8 @@ std::string DifferencesText(const std::vector<Korvel::DiffEntry>& entries) {
     return text + Plural(entries.size(), "difference", "differences") + "\n";
 }
 
-std::string DifferencesJson(const std::string& before, const std::string& after,
-                            const std::vector<Korvel::DiffEntry>& entries) {
+Json DifferencesJson(const std::string& before, const std::string& after,
+                     const std::vector<Korvel::DiffEntry>& entries) {
     Json json;
     json["before"] = before;
     json["after"] = after;
@@ -196,7 +169,15 @@ std::string DifferencesJson(const std::string& before, const std::string& after,
         }
         json["differences"].push_back(std::move(item));
     }
-    return Dump(json);
+    return json;
+}
+
+std::string PlacedLine(const std::string& path, uint32_t line, uint32_t column, const std::string& rest) {
+    std::string text = path;
+    if (line != 0) {
+        text += ':' + std::to_string(line) + ':' + std::to_string(column);
+    }
+    return text + ": " + rest + "\n";
 }
 
 }  // namespace zekl

@@ -2,6 +2,8 @@
 // reads, or JSON for a script. Separate from the commands' arguments.
 #pragma once
 
+#include "JsonOutput.h"
+
 #include <ZeKL/ZeKL.h>
 
 #include <string>
@@ -22,18 +24,20 @@ FindingCounts CountFindings(const std::vector<Korvel::LintFinding>& findings);
 std::string FindingsText(const std::string& path, const std::vector<Korvel::LintFinding>& findings);
 
 // {"file", "read", "failed", "severity", "counts", "findings": [{rule, severity, line, column,
-// path, text}]} and a line end.
-std::string FindingsJson(const std::string& path, bool read, const std::string& severity, bool failed,
-                         const std::vector<Korvel::LintFinding>& findings);
+// path, text}]}.
+Json FindingsJson(const std::string& path, bool read, const std::string& severity, bool failed,
+                  const std::vector<Korvel::LintFinding>& findings);
 
 // The differences grouped by instance: first the protocol, NRCs and conversions, one line
 // each, then for each instance its own line or a heading with its changes indented; a last
 // line with the number of differences ("no differences" when there are none).
 std::string DifferencesText(const std::vector<Korvel::DiffEntry>& entries);
 
-// {"before", "after", "equal", "differences": [{change, item, path, attribute, before, after}]}
-// and a line end.
-std::string DifferencesJson(const std::string& before, const std::string& after,
-                            const std::vector<Korvel::DiffEntry>& entries);
+// {"before", "after", "equal", "differences": [{change, item, path, attribute, before, after}]}.
+Json DifferencesJson(const std::string& before, const std::string& after,
+                     const std::vector<Korvel::DiffEntry>& entries);
+
+// "PATH:LINE:COLUMN: REST\n", or "PATH: REST\n" when the line is 0 (no place known).
+std::string PlacedLine(const std::string& path, uint32_t line, uint32_t column, const std::string& rest);
 
 }  // namespace zekl
