@@ -371,3 +371,32 @@ TEST(ConvertCommand, RefusedStandardInputIsNamed) {
         "zekl: cannot read standard input: not a diagnostic description document (no <ECU element in its "
         "first 5 lines)\n");
 }
+
+// A factor with a decimal comma reads as 0 without a read message; writing it back would turn
+// "0,25" into "0", so convert refuses it like a read error, naming the place and the item.
+TEST(ConvertCommand, NumberReadOnlyInPartRefusesTheConversion) {
+    TempDir dir;
+    std::string text = ReadBytes(ExamplePath("uds_ecu.xml"));
+    const std::string factor = "factor=\"0.2500000000000000\"";
+    const std::size_t at = text.find(factor);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, factor.size(), "factor=\"0,25\"");
+    const std::string in = dir.Path("comma.xml");
+    const std::string out = dir.Path("out.xml");
+    WriteBytes(in, text);
+    WriteBytes(out, "keep me");
+    const auto refused = RunTool({"convert", in, out});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(zekl_test::Lines(refused.err).size(), 1u) << refused.err;
+    EXPECT_EQ(refused.err.rfind("zekl: " + in + ":", 0), 0u) << refused.err;
+    EXPECT_NE(
+        refused.err.find(": conversion EngineSpeed_Formula: factor '0,25' is not a number; it reads as 0"),
+        std::string::npos)
+        << refused.err;
+    EXPECT_EQ(ReadBytes(out), "keep me");
+
+    const auto forced = RunTool({"convert", in, out, "--force"});
+    EXPECT_EQ(forced.exitCode, 0) << forced.err;
+    EXPECT_EQ(forced.err.rfind("zekl: warning: " + in + ":", 0), 0u) << forced.err;
+    EXPECT_NE(ReadBytes(out).find("id=\"EngineSpeed_Formula\""), std::string::npos);
+}
